@@ -1,0 +1,95 @@
+#pragma once
+// Headless platform: records every message and drawing call, answers file
+// dialogs from a queue. Used by the CLI and the tests.
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "model/platform.h"
+
+namespace voltrix {
+
+class RecordingMessageBox : public MessageBox {
+ public:
+  void show(const std::string& text) override {
+    shown.push_back(text);
+    if (onShow) onShow(text);
+  }
+  std::vector<std::string> shown;
+  std::function<void(const std::string&)> onShow;
+};
+
+class ScriptedFileDialog : public FileDialog {
+ public:
+  std::optional<std::string> ask(DialogMode mode, const std::string& filter) override {
+    asked.push_back({mode, filter});
+    if (answers.empty()) return std::nullopt;
+    std::string a = answers.front();
+    answers.pop_front();
+    return a;
+  }
+  struct Request {
+    DialogMode mode;
+    std::string filter;
+  };
+  std::deque<std::string> answers;
+  std::vector<Request> asked;
+};
+
+class SteadyClock : public Clock {
+ public:
+  double seconds() override {
+    using namespace std::chrono;
+    return duration<double>(steady_clock::now().time_since_epoch()).count();
+  }
+};
+
+class RecordingPointer : public Pointer {
+ public:
+  void set(int shape) override { shapes.push_back(shape); }
+  std::vector<int> shapes;
+};
+
+// One recorded drawing call; numbers in the order of the call's arguments.
+struct DrawCall {
+  std::string op;  // show, clear, scale, textpos, print, point, line, box, dashed
+  std::vector<float> args;
+  std::string text;
+};
+
+class RecordingSurface : public DrawingSurface {
+ public:
+  void show() override { calls.push_back({"show", {}, {}}); }
+  void clear() override { calls.push_back({"clear", {}, {}}); }
+  void setScale(float l, float t, float r, float b) override { calls.push_back({"scale", {l, t, r, b}, {}}); }
+  void setTextPosition(float x, float y) override { calls.push_back({"textpos", {x, y}, {}}); }
+  void printLine(const std::string& text) override { calls.push_back({"print", {}, text}); }
+  void point(float x, float y) override { calls.push_back({"point", {x, y}, {}}); }
+  void line(float x1, float y1, float x2, float y2) override { calls.push_back({"line", {x1, y1, x2, y2}, {}}); }
+  void box(float x1, float y1, float x2, float y2) override { calls.push_back({"box", {x1, y1, x2, y2}, {}}); }
+  void setDashed(bool d) override { calls.push_back({"dashed", {d ? 1.0f : 0.0f}, {}}); }
+  std::vector<DrawCall> calls;
+};
+
+class CountingPictureOutput : public PictureOutput {
+ public:
+  void copyToClipboard() override { ++copies; }
+  void print() override { ++prints; }
+  int copies = 0;
+  int prints = 0;
+};
+
+// All of the above in one object, for a headless workbench.
+struct HeadlessPlatform {
+  RecordingMessageBox messages;
+  ScriptedFileDialog files;
+  SteadyClock clock;
+  RecordingPointer pointer;
+  RecordingSurface plot;
+  CountingPictureOutput picture;
+  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture}; }
+};
+
+}  // namespace voltrix

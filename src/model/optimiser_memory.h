@@ -1,0 +1,15 @@
+#pragma once
+// What the Marquardt optimiser keeps from one pass to the next and from one
+// fit to the next within one run of the program.
+#include "model/experiment.h"
+#include "model/table.h"
+
+namespace voltrix {
+
+struct OptimiserMemory {
+  Table1<double, kMaxFitted + 1> CandidateVector;
+  Table1<double, kMaxFitted + 1> StepVector;
+  double Lambda = 0.0;
+};
+
+}  // namespace voltrix

@@ -1,0 +1,73 @@
+#pragma once
+// The few operations the program needs of its windowing platform. The core
+// talks only to these interfaces; the desktop program supplies Qt versions,
+// the CLI and the tests the headless ones of headless_platform.h.
+#include <optional>
+#include <string>
+
+namespace voltrix {
+
+class MessageBox {
+ public:
+  virtual ~MessageBox() = default;
+  // A message box with an OK button; nothing reads an answer.
+  virtual void show(const std::string& text) = 0;
+};
+
+enum class DialogMode { Save, Open };
+
+class FileDialog {
+ public:
+  virtual ~FileDialog() = default;
+  // filter is "label|pattern|label|pattern". No value means cancelled.
+  virtual std::optional<std::string> ask(DialogMode mode, const std::string& filter) = 0;
+};
+
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  virtual double seconds() = 0;  // a timer in seconds
+};
+
+class Pointer {
+ public:
+  virtual ~Pointer() = default;
+  static constexpr int kDefault = 0;
+  static constexpr int kHourglass = 11;
+  virtual void set(int shape) = 0;
+};
+
+// A scaled drawing surface: what is drawn stays until cleared. Coordinates
+// are in the scale last set, Y growing upward when top > bottom.
+class DrawingSurface {
+ public:
+  virtual ~DrawingSurface() = default;
+  virtual void show() = 0;
+  virtual void clear() = 0;
+  virtual void setScale(float left, float top, float right, float bottom) = 0;
+  virtual void setTextPosition(float x, float y) = 0;
+  virtual void printLine(const std::string& text) = 0;  // at the text position; ends the line
+  virtual void point(float x, float y) = 0;
+  virtual void line(float x1, float y1, float x2, float y2) = 0;
+  virtual void box(float x1, float y1, float x2, float y2) = 0;  // open box, two corners
+  virtual void setDashed(bool dashed) = 0;
+};
+
+// What can be done with the finished picture of the plot window.
+class PictureOutput {
+ public:
+  virtual ~PictureOutput() = default;
+  virtual void copyToClipboard() = 0;  // empties the clipboard, then puts the bitmap
+  virtual void print() = 0;            // the picture on the default printer
+};
+
+struct Platform {
+  MessageBox& messages;
+  FileDialog& files;
+  Clock& clock;
+  Pointer& pointer;
+  DrawingSurface& plot;
+  PictureOutput& picture;
+};
+
+}  // namespace voltrix
