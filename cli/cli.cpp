@@ -194,7 +194,8 @@ void Cli::showCurves(const std::string& file) {
   for (int r = 1; r <= curves; ++r) csv << ",Y" << r;
   csv << "\n";
   try {
-    for (int i = static_cast<int>(e.First); i <= static_cast<int>(e.Last); ++i) {
+    // Index 0 has no meaning: before any run or import there is no point.
+    for (int i = std::max(1, static_cast<int>(e.First)); i <= static_cast<int>(e.Last); ++i) {
       csv << GeneralText(s.XData(i));
       for (int r = 1; r <= curves; ++r) csv << "," << GeneralText(s.YData(r, i));
       csv << "\n";
