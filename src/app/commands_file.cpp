@@ -1,10 +1,92 @@
+#include <cmath>
+#include <fstream>
+
 #include "app/commands.h"
+#include "files/curve_file.h"
+#include "files/parameter_file.h"
+#include "files/safe_write.h"
+#include "model/checked.h"
+#include "model/number_format.h"
+#include "ui/commit.h"
+#include "ui/form_ins.h"
+#include "ui/main_form.h"
+#include "ui/plot_engine.h"
+#include "ui/text_window.h"
+#include "ui/workbench.h"
 
 namespace voltrix {
 
+namespace {
+
+constexpr const char* kCurveFilter = "csv|*.csv|all|*.*";
+constexpr const char* kParameterFilter = "parameter (*.par)|*.par|all|*.*";
+
+// Any fault ends the command silently; the old file, if any, stays whole.
+void SaveCommand(Workbench& wb) {
+  const auto path = wb.platform.files.ask(DialogMode::Save, kParameterFilter);
+  if (!path) return;
+  const Experiment& e = wb.experiment;
+  (void)WriteFileSafely(*path, [&e](std::ostream& out) { return WriteParameterFile(out, e); });
+}
+
+void ExportCommand(Workbench& wb) {
+  const auto path = wb.platform.files.ask(DialogMode::Save, kCurveFilter);
+  if (!path) return;
+  const Experiment& e = wb.experiment;
+  const CurveStore& s = wb.store;
+  (void)WriteFileSafely(*path, [&](std::ostream& out) {
+    return WriteCurve(out, s, static_cast<long>(e.First), static_cast<long>(e.Last), static_cast<long>(e.CurNo));
+  });
+}
+
+// Reads the chosen file into row NOverlay. Returns true when it was read to
+// its end; on a fault the user is told, and NData, First and Last keep their
+// values (the points read stay in the store).
+bool ImportCurve(Workbench& wb) {
+  StartCurve(wb);
+  const auto path = wb.platform.files.ask(DialogMode::Open, kCurveFilter);
+  if (!path) return false;
+  Experiment& e = wb.experiment;
+  CurveStore& s = wb.store;
+  try {
+    std::ifstream in(*path, std::ios::binary);
+    if (!in) Raise(ErrorKind::FileNotFound);
+    const CurveReadResult read = ReadCurve(in, s, static_cast<long>(e.NOverlay));
+    if (!read.ok) Raise(ErrorKind::FileAccess, read.description);
+    // The file's own step, from its first two points, checked before the
+    // model changes so that a fault leaves it as it was.
+    const double step = std::fabs(Checked(s.XData(2) - s.XData(1)));
+    const std::string estart = GeneralText(s.XData(1)), estep = GeneralText(step);
+    e.NData = static_cast<double>(read.points);
+    e.First = 1;
+    e.Last = e.NData.value();
+    TextWindow& result = wb.formResult();
+    result.print(PrintLine().text("Number of data point = ").zone().number(e.NData));
+    result.print(PrintLine().text("E step = ").zone().number(step));
+    wb.formIns().control("Estart").setText(estart);
+    wb.formIns().control("Estep").setText(estep);  // its change event rewrites td
+  } catch (const RunError& err) {
+    wb.platform.messages.show("ReadData Error: " + err.description());
+    return false;
+  }
+  return true;
+}
+
+void ImportCommand(Workbench& wb) {
+  if (!ImportCurve(wb)) return;
+  PlotCurves(wb);
+  wb.formResult().show();
+  wb.mainForm().menu("mnuDisplay").enabled(true);
+  wb.mainForm().menu("mnuData").enabled(true);
+}
+
+}  // namespace
+
 void BindFileCommands(Workbench& wb) {
-  for (const char* name : {"mnuSave", "mnuImport", "mnuExport"})
-    BindNotAvailable(wb, name);
+  MainForm& menu = wb.mainForm();
+  menu.menu("mnuSave").onClick = [&wb] { SaveCommand(wb); };
+  menu.menu("mnuImport").onClick = [&wb] { ImportCommand(wb); };
+  menu.menu("mnuExport").onClick = [&wb] { ExportCommand(wb); };
 }
 
 }  // namespace voltrix

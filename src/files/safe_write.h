@@ -1,0 +1,15 @@
+#pragma once
+// Writing a file so that nothing is lost: the text goes to a temporary file
+// in the same folder, which replaces the target only when it was written
+// whole. A failure leaves the old file as it was and no temporary behind.
+#include <functional>
+#include <ostream>
+#include <string>
+
+namespace voltrix {
+
+// write returns false when it could not write all it had. The file is binary
+// (line ends are written as the writer gives them). Returns false on failure.
+[[nodiscard]] bool WriteFileSafely(const std::string& path, const std::function<bool(std::ostream&)>& write);
+
+}  // namespace voltrix
