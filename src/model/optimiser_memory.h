@@ -10,6 +10,9 @@ struct OptimiserMemory {
   Table1<double, kMaxFitted + 1> CandidateVector;
   Table1<double, kMaxFitted + 1> StepVector;
   double Lambda = 0.0;
+  // Threads for the derivative probes of a pass: 0 as many as the machine
+  // has cores, 1 the serial order on the workbench itself.
+  int ProbeThreads = 0;
 };
 
 }  // namespace voltrix

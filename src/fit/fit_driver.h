@@ -1,0 +1,47 @@
+#pragma once
+// Auto Fit and Manual Fit: the model on the forms against the curve in row 1
+// of YData. Fitted values go to the report and to the captions of the tick
+// boxes, never back into the model or the text boxes.
+#include <memory>
+
+#include "fit/marquardt.h"
+
+namespace voltrix {
+
+class Workbench;
+class ProbeCrew;
+
+// Writes each fitted value into the Experiment by its slot, runs one
+// simulation and reads the curve of row CurNo; n becomes NData.
+void FitObjective(Workbench& wb, const ParameterVector& parameters, int& n, FitCurve& curve);
+
+// The workbench's simulation as the model of the optimiser. Probes run in
+// parallel on copies of the workbench when more than one thread is allowed.
+class WorkbenchFitModel : public FitModel {
+ public:
+  WorkbenchFitModel(Workbench& wb, int threads);
+  ~WorkbenchFitModel() override;
+  void Objective(const ParameterVector& parameters, int& n, FitCurve& curve) override;
+  void Probes(const std::vector<ParameterVector>& probes, std::vector<FitCurve>& curves,
+              std::vector<int>& counts) override;
+
+ private:
+  Workbench& wb_;
+  int threads_;
+  std::unique_ptr<ProbeCrew> crew_;
+};
+
+// The fit of the ticked parameters and its report. Any error ends in the
+// message "Fit Error: ..." and a normal return.
+void RunAutoFit(Workbench& wb, const FitCurve& fitTarget);
+
+// The menu commands "&Auto Fit" and "&Manual Fit".
+void AutoFit(Workbench& wb);
+void ManualFit(Workbench& wb);
+
+// "M&anual Separate" and "Auto S&eparate": the fit command, then one plotted
+// row per charge reaction beside the target and the total.
+void ManualSeparate(Workbench& wb);
+void AutoSeparate(Workbench& wb);
+
+}  // namespace voltrix

@@ -1,0 +1,90 @@
+#include "fit/probe_crew.h"
+
+#include <exception>
+#include <string>
+#include <thread>
+
+#include "fit/fit_driver.h"
+#include "model/headless_platform.h"
+#include "ui/workbench.h"
+
+namespace voltrix {
+
+struct ProbeCrew::Worker {
+  HeadlessPlatform platform;
+  Workbench wb{platform.platform()};
+};
+
+ProbeCrew::ProbeCrew(Workbench& wb, int threads) : wb_(wb) {
+  for (int t = 0; t < threads; ++t) workers_.push_back(std::make_unique<Worker>());
+}
+
+ProbeCrew::~ProbeCrew() = default;
+
+namespace {
+
+struct ProbeOutcome {
+  std::vector<std::string> messages;
+  std::exception_ptr error;
+};
+
+}  // namespace
+
+void ProbeCrew::Run(const std::vector<ParameterVector>& probes, std::vector<FitCurve>& curves,
+                    std::vector<int>& counts) {
+  const std::size_t total = probes.size();
+  const std::size_t crew = workers_.size();
+  std::vector<ProbeOutcome> outcomes(total);
+  for (auto& c : curves)
+    if (c.size() != static_cast<std::size_t>(kMaxPoints + 1)) c = NewFitCurve();
+
+  // Contiguous shares keep the serial order within a worker; the last worker
+  // runs the last probe, whose state the workbench takes over at the end.
+  auto share = [&](std::size_t w) { return std::pair{w * total / crew, (w + 1) * total / crew}; };
+  auto work = [&](std::size_t w) {
+    Worker& worker = *workers_[w];
+    worker.wb.copyStateFrom(wb_);
+    auto [begin, end] = share(w);
+    for (std::size_t p = begin; p < end; ++p) {
+      try {
+        FitObjective(worker.wb, probes[p], counts[p], curves[p]);
+      } catch (...) {
+        outcomes[p].error = std::current_exception();
+      }
+      outcomes[p].messages.swap(worker.platform.messages.shown);
+      worker.platform.messages.shown.clear();
+      if (outcomes[p].error) break;
+    }
+  };
+  std::vector<std::thread> threads;
+  for (std::size_t w = 1; w < crew; ++w) threads.emplace_back(work, w);
+  work(0);
+  for (auto& t : threads) t.join();
+
+  // Replay in the serial order, up to the first probe that failed.
+  for (std::size_t p = 0; p < total; ++p) {
+    for (const std::string& m : outcomes[p].messages) wb_.platform.messages.show(m);
+    if (outcomes[p].error) {
+      for (std::size_t w = 0; w < crew; ++w) {
+        auto [begin, end] = share(w);
+        if (p >= begin && p < end) {
+          wb_.experiment = workers_[w]->wb.experiment;
+          wb_.store = workers_[w]->wb.store;
+        }
+      }
+      std::rethrow_exception(outcomes[p].error);
+    }
+  }
+  if (total > 0) {
+    wb_.experiment = workers_[crew - 1]->wb.experiment;
+    wb_.store = workers_[crew - 1]->wb.store;
+  }
+}
+
+int ProbeThreadsFor(const Workbench& wb) {
+  if (wb.optimiser.ProbeThreads > 0) return wb.optimiser.ProbeThreads;
+  const unsigned cores = std::thread::hardware_concurrency();
+  return cores == 0 ? 1 : static_cast<int>(cores);
+}
+
+}  // namespace voltrix

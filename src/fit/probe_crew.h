@@ -1,0 +1,35 @@
+#pragma once
+// Runs the derivative probes of a pass side by side, each on a copy of the
+// workbench with a headless platform. Messages of the probes are held back
+// and shown afterwards in the serial order, and the workbench ends in the
+// state the last probe leaves, so nothing tells the two orders apart.
+#include <memory>
+#include <vector>
+
+#include "fit/marquardt.h"
+
+namespace voltrix {
+
+class Workbench;
+
+class ProbeCrew {
+ public:
+  ProbeCrew(Workbench& wb, int threads);
+  ~ProbeCrew();
+  ProbeCrew(const ProbeCrew&) = delete;
+  ProbeCrew& operator=(const ProbeCrew&) = delete;
+
+  int threads() const { return static_cast<int>(workers_.size()); }
+  void Run(const std::vector<ParameterVector>& probes, std::vector<FitCurve>& curves, std::vector<int>& counts);
+
+ private:
+  struct Worker;
+  Workbench& wb_;
+  std::vector<std::unique_ptr<Worker>> workers_;
+};
+
+// The threads a fit uses for its probes: ProbeThreads of the optimiser
+// memory, or the cores of the machine when that is 0.
+int ProbeThreadsFor(const Workbench& wb);
+
+}  // namespace voltrix
