@@ -21,6 +21,28 @@ double TypedNumber(const Control& box) {
 }
 }  // namespace
 
+// One labelled box per row: the label left of its box on the same line.
+struct FormIns::BoxRow {
+  const char *box, *label, *caption, *tip, *text;
+  bool shown = true;
+};
+
+void FormIns::addBoxRows(Control& frame, const std::vector<BoxRow>& rows, const Columns& c) {
+  int top = c.top;
+  for (const BoxRow& r : rows) {
+    add(ControlKind::Label, r.label, -1, &frame)
+        .initialCaption(r.caption)
+        .place(c.labelLeft, top + 30, c.labelWidth, 255)
+        .visible(r.shown);
+    add(ControlKind::TextBox, r.box, -1, &frame)
+        .initialText(r.text)
+        .toolTip(r.tip)
+        .place(c.boxLeft, top, c.boxWidth, 285)
+        .visible(r.shown);
+    top += c.pitch;
+  }
+}
+
 FormIns::FormIns(Workbench& wb) : Form("FormIns", "Instrument", {60, 345, 7305, 5205}), wb_(wb) {
   buildInstrumentFrame();
   buildElectrodeFrame();
@@ -55,42 +77,28 @@ FormIns::FormIns(Workbench& wb) : Form("FormIns", "Instrument", {60, 345, 7305, 
 
 void FormIns::buildInstrumentFrame() {
   Control& frame = add(ControlKind::Frame, "Frame3").initialCaption("Instrumental Parameters").place(0, 0, 4215, 2775);
-  struct Row {
-    const char *box, *label, *caption, *tip, *text;
-  };
-  const Row left[] = {
-      {"Estart", "Label2", "E start (V)", "starting potential", "0.3"},
-      {"Eend", "Label3", "E end  (V)", "ending potential", "-0.3"},
-      {"Estep", "Label4", "E step (V)", "potential step", "0.005"},
-      {"V", "Label5", "v (V/s)", "scan rate", "0.01"},
-      {"td", "Label7", "t drop  (s)", "drop time", "0.5"},
-      {"txttemp", "temp", "T ( \xC2\xB0" "C)", "temperature", "25"},
-  };
-  int top = 240;
-  for (const Row& r : left) {
-    add(ControlKind::Label, r.label, -1, &frame).initialCaption(r.caption).place(120, top + 30, 1095, 255);
-    add(ControlKind::TextBox, r.box, -1, &frame).initialText(r.text).toolTip(r.tip).place(1260, top, 855, 285);
-    top += 360;
-  }
+  addBoxRows(frame,
+             {{"Estart", "Label2", "E start (V)", "starting potential", "0.3"},
+              {"Eend", "Label3", "E end  (V)", "ending potential", "-0.3"},
+              {"Estep", "Label4", "E step (V)", "potential step", "0.005"},
+              {"V", "Label5", "v (V/s)", "scan rate", "0.01"},
+              {"td", "Label7", "t drop  (s)", "drop time", "0.5"},
+              {"txttemp", "temp", "T ( \xC2\xB0" "C)", "temperature", "25"}},
+             {240, 360, 120, 1095, 1260, 855});
+  const int top = 240 + 6 * 360;
   control("td").enabled(false);
   control("temp").font({"Times New Roman", 9, false});
   add(ControlKind::Label, "Label38", -1, &frame).initialCaption("Scan").place(120, top + 30, 1095, 255);
   add(ControlKind::ComboBox, "ComboScan", -1, &frame).items({"single", "cycle", "2 cycles"}).place(1260, top, 1095, 315);
 
-  const Row right[] = {
-      {"TextF", "LabelF", "f (Hz)", "frequence", "10"},
-      {"tp", "LabelTp", "t pulse (s)", "pulse time width", "0.05"},
-      {"Epulse", "Label9", "E pulse (V)", "pulse potential", "-0.05"},
-      {"Noise", "Label11", "Noise (%)", "ratio of noise to maxinum signal", "0"},
-      {"Cdl", "Label12", "C d (F)", "double layer capacitor", "0"},
-      {"txtRu", "Label6", "R u", "resistance", "0"},
-  };
-  top = 240;
-  for (const Row& r : right) {
-    add(ControlKind::Label, r.label, -1, &frame).initialCaption(r.caption).place(2250, top + 30, 975, 255);
-    add(ControlKind::TextBox, r.box, -1, &frame).initialText(r.text).toolTip(r.tip).place(3240, top, 855, 285);
-    top += 360;
-  }
+  addBoxRows(frame,
+             {{"TextF", "LabelF", "f (Hz)", "frequence", "10"},
+              {"tp", "LabelTp", "t pulse (s)", "pulse time width", "0.05"},
+              {"Epulse", "Label9", "E pulse (V)", "pulse potential", "-0.05"},
+              {"Noise", "Label11", "Noise (%)", "ratio of noise to maxinum signal", "0"},
+              {"Cdl", "Label12", "C d (F)", "double layer capacitor", "0"},
+              {"txtRu", "Label6", "R u", "resistance", "0"}},
+             {240, 360, 2250, 975, 3240, 855});
   add(ControlKind::Label, "Label14", -1, &frame).initialCaption("(\xCE\xA9)").place(2700, 240 + 5 * 360 + 30, 495, 255);
   // Technique 1 at start: no frequency, pulse time or pulse height.
   control("TextF").visible(false);
@@ -114,48 +122,25 @@ void FormIns::buildElectrodeFrame() {
         .initialValue(i == 1)
         .enabled(i < 7)
         .place(120, 240 + 240 * (i - 1), 2175, 255);
-  struct Row {
-    const char *box, *label, *caption, *tip, *text;
-    bool shown;
-  };
-  const Row rows[] = {
-      {"ARE", "Label8", "Area (cm \xC2\xB2)", "electrode area", "1", true},
-      {"radius", "LabelRadius", "Radius (cm)", "electrode radius", "0.2821", false},
-      {"TextDis", "LabelDis", "Dis (cm)", "Distance", "1", true},
-      {"leng", "LabelLength", "Length (cm)", "electrode length or film thickness", "0.01", false},
-      {"TextRrate", "LabelRrate", "Rotation (rpm):", "electrode rotation rate", "100", false},
-  };
-  int top = 240;
-  for (const Row& r : rows) {
-    add(ControlKind::Label, r.label, -1, &frame).initialCaption(r.caption).place(2400, top + 30, 1095, 255).visible(r.shown);
-    add(ControlKind::TextBox, r.box, -1, &frame)
-        .initialText(r.text)
-        .toolTip(r.tip)
-        .place(3480, top, 855, 285)
-        .visible(r.shown);
-    top += 400;
-  }
+  addBoxRows(frame,
+             {{"ARE", "Label8", "Area (cm \xC2\xB2)", "electrode area", "1", true},
+              {"radius", "LabelRadius", "Radius (cm)", "electrode radius", "0.2821", false},
+              {"TextDis", "LabelDis", "Dis (cm)", "Distance", "1", true},
+              {"leng", "LabelLength", "Length (cm)", "electrode length or film thickness", "0.01", false},
+              {"TextRrate", "LabelRrate", "Rotation (rpm):", "electrode rotation rate", "100", false}},
+             {240, 400, 2400, 1095, 3480, 855});
 }
 
 void FormIns::buildPreconcentrationFrame() {
   add(ControlKind::CheckBox, "CheckPreCon").initialCaption("Preconcentration").place(4800, 120, 1815, 255);
   Control& frame = add(ControlKind::Frame, "FramePre").place(4320, 360, 2895, 1935).visible(false);
-  struct Row {
-    const char *box, *label, *caption, *tip, *text;
-  };
-  const Row rows[] = {
-      {"txtEPre", "LabelEpre", "E pre (V)", "preconcentration potential", "-0.3"},
-      {"txtRStir", "LabelEPreconConst", "R stir  (rpm)", "stirring rate", "100"},
-      {"txtTPre", "Labeltpre", "t pre (s)", "preconcentration time", "600"},
-      {"txtTpreconst", "Label35", "t pre const (/s)", "preconcentration time constant", "1e-3"},
-      {"txtPconst", "LabelVsol", "P const", "electrode constant", "10"},
-  };
-  int top = 240;
-  for (const Row& r : rows) {
-    add(ControlKind::Label, r.label, -1, &frame).initialCaption(r.caption).place(120, top + 30, 1575, 255);
-    add(ControlKind::TextBox, r.box, -1, &frame).initialText(r.text).toolTip(r.tip).place(1800, top, 975, 285);
-    top += 330;
-  }
+  addBoxRows(frame,
+             {{"txtEPre", "LabelEpre", "E pre (V)", "preconcentration potential", "-0.3"},
+              {"txtRStir", "LabelEPreconConst", "R stir  (rpm)", "stirring rate", "100"},
+              {"txtTPre", "Labeltpre", "t pre (s)", "preconcentration time", "600"},
+              {"txtTpreconst", "Label35", "t pre const (/s)", "preconcentration time constant", "1e-3"},
+              {"txtPconst", "LabelVsol", "P const", "electrode constant", "10"}},
+             {240, 330, 120, 1575, 1800, 975});
 }
 
 void FormIns::OK() {

@@ -1,4 +1,6 @@
 #pragma once
+#include <vector>
+
 #include "model/controls.h"
 
 namespace voltrix {
@@ -18,6 +20,11 @@ class FormIns : public Form {
   void onActivate() override;  // technique layout
 
  private:
+  struct BoxRow;
+  struct Columns {  // twips
+    int top, pitch, labelLeft, labelWidth, boxLeft, boxWidth;
+  };
+  void addBoxRows(Control& frame, const std::vector<BoxRow>& rows, const Columns& columns);
   void buildInstrumentFrame();
   void buildElectrodeFrame();
   void buildPreconcentrationFrame();
