@@ -105,7 +105,7 @@ struct DigitalCase {
   }
 };
 
-// n F A C sqrt(D) per unit of the dimensionless rate: 1 mM is 1e-6 mol/cm3.
+// Peak current of a reversible sweep, A: 0.4463 n F A C sqrt(n F v D / RT), C in M.
 inline double RandlesSevcik(double n, double area, double concMolar, double D, double v, double fRT) {
   return 0.4463 * n * kF * area * concMolar * 1e-3 * std::sqrt(n * fRT * v * D);
 }
