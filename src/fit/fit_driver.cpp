@@ -22,6 +22,7 @@ void FitObjective(Workbench& wb, const ParameterVector& parameters, int& n, FitC
   // forms into the model.
   for (int i = 1; i <= Count(e.FittedCount); ++i) SlotField(e, e.FittedSlots(i)) = parameters(i);
   RunSimulation(wb);
+  ++wb.optimiser.FitSimulations;
   n = Count(e.NData);
   if (n < 0 || n > kMaxPoints) Raise(ErrorKind::SubscriptOutOfRange);
   if (curve.size() != static_cast<std::size_t>(kMaxPoints + 1)) curve = NewFitCurve();

@@ -26,6 +26,7 @@ namespace {
 struct ProbeOutcome {
   std::vector<std::string> messages;
   std::exception_ptr error;
+  int ran = 0;
 };
 
 }  // namespace
@@ -44,6 +45,9 @@ void ProbeCrew::Run(const std::vector<ParameterVector>& probes, std::vector<FitC
   auto work = [&](std::size_t w) {
     Worker& worker = *workers_[w];
     worker.wb.copyStateFrom(wb_);
+    // A form created by that copy may have written derived fields while it
+    // loaded; the model must be the workbench's to the last bit.
+    worker.wb.experiment = wb_.experiment;
     auto [begin, end] = share(w);
     for (std::size_t p = begin; p < end; ++p) {
       try {
@@ -53,6 +57,7 @@ void ProbeCrew::Run(const std::vector<ParameterVector>& probes, std::vector<FitC
       }
       outcomes[p].messages.swap(worker.platform.messages.shown);
       worker.platform.messages.shown.clear();
+      ++outcomes[p].ran;
       if (outcomes[p].error) break;
     }
   };
@@ -62,6 +67,7 @@ void ProbeCrew::Run(const std::vector<ParameterVector>& probes, std::vector<FitC
   for (auto& t : threads) t.join();
 
   // Replay in the serial order, up to the first probe that failed.
+  for (std::size_t p = 0; p < total; ++p) wb_.optimiser.FitSimulations += outcomes[p].ran;
   for (std::size_t p = 0; p < total; ++p) {
     for (const std::string& m : outcomes[p].messages) wb_.platform.messages.show(m);
     if (outcomes[p].error) {

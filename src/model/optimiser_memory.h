@@ -13,6 +13,8 @@ struct OptimiserMemory {
   // Threads for the derivative probes of a pass: 0 as many as the machine
   // has cores, 1 the serial order on the workbench itself.
   int ProbeThreads = 0;
+  // Simulations run for fits so far, probes included: what a fit really cost.
+  long FitSimulations = 0;
 };
 
 }  // namespace voltrix

@@ -1,0 +1,246 @@
+// Auto Fit on the workbench: a curve simulated with known values and the
+// program's own noise is fitted back from wrong starting values; the report,
+// the captions, the limits and the failures a user can run into.
+#include "fit/fit_driver.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "analytic/run_simulation.h"
+#include "expect_close.h"
+#include "headless_workbench.h"
+#include "model/number_format.h"
+#include "ui/form_expr.h"
+#include "ui/form_ins.h"
+#include "ui/form_mech.h"
+#include "ui/text_window.h"
+
+namespace voltrix {
+namespace {
+
+using test::HeadlessWorkbench;
+
+// The analytical reference sweep: mechanism 1, linear sweep at a planar
+// electrode, 0.3 V to -0.3 V in 5 mV steps at 10 mV/s, 1 mM of A.
+void ReferenceSweep(Workbench& wb, const char* scan = "single") {
+  wb.formMech().control("CheckDigital").setValue(0);
+  wb.formMech().control("mech", 1).setValue(1);
+  wb.formIns().control("ComboScan").setText(scan);
+  wb.formExpr().control("Eze", 1).setText("0");
+}
+
+// Simulates with what stands in the forms and keeps the curve as the target
+// in row 1, as a run before the fit would.
+void SimulateTarget(Workbench& wb, const char* noise) {
+  wb.formIns().control("Noise").setText(noise);
+  wb.formExpr().OK();
+  RunSimulation(wb);
+  wb.formIns().control("Noise").setText("0");
+}
+
+void Tick(Workbench& wb, int slot, bool on = true) { wb.formExpr().control("CheckFitted", slot).setValue(on ? 1 : 0); }
+
+// The number printed from zone z (0-based) of a report line; the last item
+// of a line may run past its zone.
+double ZoneValue(const std::string& line, int zone, bool last = false) {
+  const std::size_t at = static_cast<std::size_t>(zone) * 14;
+  if (line.size() <= at) return 0;
+  return Val(last ? line.substr(at) : line.substr(at, 14));
+}
+
+std::vector<std::string> LinesStartingWith(const TextWindow& w, const std::string& head) {
+  std::vector<std::string> out;
+  for (const auto& l : w.lines())
+    if (l.rfind(head, 0) == 0) out.push_back(l);
+  return out;
+}
+
+double ReportValue(const TextWindow& w, const std::string& label) {
+  const auto lines = LinesStartingWith(w, label);
+  EXPECT_FALSE(lines.empty()) << label;
+  return lines.empty() ? NAN : ZoneValue(lines.back(), 2, true);
+}
+
+double Caption(Workbench& wb, int slot) { return Val(wb.formExpr().control("CheckFitted", slot).caption()); }
+
+// E0 0 V, ks 0.005 cm/s (quasi-reversible at 10 mV/s, so both shape and
+// position carry it), 1 mM; noise of 1 percent of the largest current.
+class ReferenceFit : public ::testing::Test {
+ protected:
+  HeadlessWorkbench hw;
+  Workbench& wb = hw.wb;
+
+  void SetUp() override {
+    ReferenceSweep(wb);
+    wb.formExpr().control("ks", 1).setText("0.005");
+    SimulateTarget(wb, "1");
+    // Wrong values, inside the limits.
+    wb.formExpr().control("Eze", 1).setText("0.03");
+    wb.formExpr().control("ks", 1).setText("0.002");
+    wb.formExpr().control("C", 1).setText("1.3e-3");
+    Tick(wb, 1);
+    Tick(wb, 7);
+    Tick(wb, 13);
+  }
+};
+
+// Noise of 1 percent of the peak on 121 points averages down about tenfold:
+// C, which scales the whole curve, comes back within half a percent and E0,
+// which shifts it, within a millivolt. ks shows only in the broadening of
+// the wave, a weaker signal: within 3 percent.
+TEST_F(ReferenceFit, RecoversTheTrueValuesFromWrongStarts) {
+  const long before = wb.optimiser.FitSimulations;
+  AutoFit(wb);
+  ASSERT_TRUE(hw.messages().empty()) << hw.messages().front();
+  EXPECT_CLOSE(Caption(wb, 1), 1e-3, 0.005);
+  EXPECT_NEAR(Caption(wb, 13), 0.0, 0.001);
+  EXPECT_CLOSE(Caption(wb, 7), 0.005, 0.03);
+  // The report's counts are the simulations that really ran: one per
+  // evaluation and two probes per parameter and pass.
+  const TextWindow& r = wb.formResult();
+  const double passes = ReportValue(r, "No. of iteration = ");
+  const double evaluations = ReportValue(r, "No. of obj. fun. = ");
+  const double marquardts = ReportValue(r, "No. of MARQUARDS = ");
+  EXPECT_EQ(wb.optimiser.FitSimulations - before, evaluations + 6 * passes);
+  EXPECT_EQ(evaluations, 1 + passes + marquardts);
+  EXPECT_EQ(LinesStartingWith(r, "Least square = ").size(), passes + 1);
+  EXPECT_LT(ReportValue(r, "Convergence flag = "), 0);
+}
+
+TEST_F(ReferenceFit, ReportsInItsZonesAndShowsFittedValuesAsCaptions) {
+  wb.formExpr().control("Eze", 1).setText("0.35");  // outside -0.2 to 0.2
+  AutoFit(wb);
+  const TextWindow& r = wb.formResult();
+  const auto head = LinesStartingWith(r, "No.  ");
+  ASSERT_EQ(head.size(), 1u);
+  EXPECT_EQ(head[0], "No.           Initial value               Fitted value");
+  const std::vector<std::string>& lines = r.lines();
+  std::size_t at = 0;
+  while (lines[at] != head[0]) ++at;
+  const int slots[] = {1, 7, 13};
+  const double read[] = {0, 0.002, 0.35};  // C is read from its Cinit caption, checked below
+  for (int i = 1; i <= 3; ++i) {
+    const std::string& row = lines[at + i];
+    EXPECT_EQ(ZoneValue(row, 0), i);
+    if (i > 1) EXPECT_EQ(ZoneValue(row, 1), read[i - 1]);
+    EXPECT_EQ(FormatNumber(ZoneValue(row, 2, true), "0.###e-#"), wb.formExpr().control("CheckFitted", slots[i - 1]).caption());
+  }
+  // Pre-equilibrated at an E0 above the start, most of A is B already.
+  EXPECT_EQ(ZoneValue(lines[at + 1], 1), Val(wb.formExpr().control("Cinit", 1).caption()));
+  EXPECT_LT(ZoneValue(lines[at + 1], 1), 1.3e-3);
+  EXPECT_EQ(lines[at + 4], "");
+  // The value read outside its limits started at the limit and stays inside.
+  EXPECT_LE(Caption(wb, 13), 0.2);
+  EXPECT_GE(Caption(wb, 13), -0.2);
+  const std::string labels[] = {"Least square = ",  "Standard deviation^2 = ", "Convergence flag = ",
+                                "No. of iteration = ", "No. of obj. fun. = ", "No. of MARQUARDS = ",
+                                "Computation time (s) ="};
+  for (int i = 0; i < 7; ++i) EXPECT_EQ(lines[at + 5 + i].rfind(labels[i], 0), 0u) << lines[at + 5 + i];
+  EXPECT_EQ(lines.size(), at + 12);
+  // The text boxes are untouched; the model holds the form values again.
+  EXPECT_EQ(wb.formExpr().control("Eze", 1).text(), "0.35");
+  EXPECT_EQ(wb.experiment.Eze(1), 0.35);
+  EXPECT_FALSE(wb.experiment.AutoFitFlag);
+}
+
+// The variance belongs to the target: the same whatever the fit did.
+TEST_F(ReferenceFit, TheSpreadOfTheTargetDoesNotDependOnTheFit) {
+  double target[122];
+  for (int l = 1; l <= 121; ++l) target[l] = wb.store.YData(1, l);
+  double m = 0, v = 0;
+  for (int l = 1; l <= 121; ++l) m += target[l] / 121;
+  for (int l = 1; l <= 121; ++l) v += (target[l] - m) * (target[l] - m) / 121;
+  AutoFit(wb);
+  EXPECT_CLOSE(ReportValue(wb.formResult(), "Standard deviation^2 = "), v, 1e-9);
+  Tick(wb, 7, false);
+  Tick(wb, 1, false);
+  AutoFit(wb);
+  EXPECT_CLOSE(ReportValue(wb.formResult(), "Standard deviation^2 = "), v, 1e-9);
+}
+
+TEST_F(ReferenceFit, SerialAndParallelProbesGiveTheSameFit) {
+  HeadlessWorkbench other;
+  other.wb.copyStateFrom(wb);
+  wb.optimiser.ProbeThreads = 1;
+  other.wb.optimiser.ProbeThreads = 2;
+  AutoFit(wb);
+  AutoFit(other.wb);
+  const auto& a = wb.formResult().lines();
+  const auto& b = other.wb.formResult().lines();
+  ASSERT_EQ(a.size(), b.size());
+  for (std::size_t i = 0; i + 1 < a.size(); ++i) EXPECT_EQ(a[i], b[i]);  // all but the time
+  for (int slot : {1, 7, 13})
+    EXPECT_EQ(wb.formExpr().control("CheckFitted", slot).caption(),
+              other.wb.formExpr().control("CheckFitted", slot).caption());
+  for (int l = 1; l <= 121; ++l) ASSERT_EQ(wb.store.YData(2, l), other.wb.store.YData(2, l)) << l;
+  EXPECT_EQ(wb.optimiser.Lambda, other.wb.optimiser.Lambda);
+  for (int i = 1; i <= 3; ++i) EXPECT_EQ(wb.optimiser.StepVector(i), other.wb.optimiser.StepVector(i));
+  EXPECT_EQ(wb.optimiser.FitSimulations, other.wb.optimiser.FitSimulations);
+}
+
+TEST_F(ReferenceFit, LimitsInTheWrongOrderHoldTheParameterAtTheLowerOne) {
+  wb.formExpr().control("TextCmin", 13).setText("0.1");
+  wb.formExpr().control("TextCmax", 13).setText("0.05");
+  AutoFit(wb);
+  EXPECT_EQ(wb.formExpr().control("CheckFitted", 13).caption(), "1.e-1");
+}
+
+TEST_F(ReferenceFit, AHiddenTickedBoxDoesNotCount) {
+  Tick(wb, 8);  // ks of a second charge reaction, which mechanism 1 hides
+  Tick(wb, 1, false);
+  AutoFit(wb);
+  ASSERT_FALSE(wb.formExpr().control("CheckFitted", 8).visible());
+  const auto& lines = wb.formResult().lines();
+  const auto head = std::find(lines.begin(), lines.end(), "No.           Initial value               Fitted value");
+  ASSERT_NE(head, lines.end());
+  EXPECT_EQ(ZoneValue(*(head + 2), 0), 2);
+  EXPECT_EQ(*(head + 3), "");
+  EXPECT_EQ(wb.formExpr().control("CheckFitted", 8).caption(), "");
+}
+
+TEST_F(ReferenceFit, NoTickedBoxEndsInTheFitErrorAfterTwentySixSimulations) {
+  for (int slot : {1, 7, 13}) Tick(wb, slot, false);
+  const long before = wb.optimiser.FitSimulations;
+  AutoFit(wb);
+  ASSERT_EQ(hw.messages().size(), 1u);
+  EXPECT_EQ(hw.messages()[0].rfind("Fit Error: ", 0), 0u);
+  EXPECT_NE(hw.messages()[0].find("! Please try again by other initial values."), std::string::npos);
+  EXPECT_EQ(wb.optimiser.FitSimulations - before, 26);
+  EXPECT_TRUE(wb.formResult().lines().empty());  // no line, no table
+  EXPECT_FALSE(wb.experiment.AutoFitFlag);
+}
+
+TEST(FitFaults, TwentyOneTickedBoxesFailBeforeAnySimulation) {
+  HeadlessWorkbench hw;
+  ReferenceSweep(hw.wb);
+  SimulateTarget(hw.wb, "0");
+  for (int slot = 1; slot <= 21; ++slot) {
+    Tick(hw.wb, slot);
+    hw.wb.formExpr().control("CheckFitted", slot).visible(true);
+  }
+  FitCurve target = NewFitCurve();
+  RunAutoFit(hw.wb, target);
+  ASSERT_EQ(hw.messages().size(), 1u);
+  EXPECT_NE(hw.messages()[0].find("ubscript"), std::string::npos) << hw.messages()[0];
+  EXPECT_EQ(hw.wb.optimiser.FitSimulations, 0);
+}
+
+TEST(ManualFitCommand, SimulatesOnceIntoRowTwoWithoutNoiseOrReport) {
+  HeadlessWorkbench hw;
+  ReferenceSweep(hw.wb);
+  SimulateTarget(hw.wb, "0");
+  std::vector<double> clean(hw.wb.store.YData.row(1), hw.wb.store.YData.row(1) + 122);
+  hw.wb.formIns().control("Noise").setText("5");
+  ManualFit(hw.wb);
+  EXPECT_EQ(hw.wb.experiment.CurNo, 2);
+  EXPECT_EQ(hw.wb.experiment.NCurves, 2);
+  for (int l = 1; l <= 121; ++l) ASSERT_EQ(hw.wb.store.YData(2, l), clean[l]) << l;
+  EXPECT_TRUE(hw.wb.formResult().lines().empty());
+  EXPECT_FALSE(hw.wb.experiment.AutoFitFlag);
+}
+
+}  // namespace
+}  // namespace voltrix
