@@ -3,8 +3,14 @@
 #include <vector>
 
 #include "cli.h"
+#ifdef VOLTRIX_HAVE_RENDER
+#include "plot_statement.h"
+#endif
 
 int main(int argc, char** argv) {
   voltrix::Cli cli(std::cout, std::cerr);
+#ifdef VOLTRIX_HAVE_RENDER
+  voltrix::RegisterPlotStatement(cli);
+#endif
   return cli.main(std::vector<std::string>(argv + 1, argv + argc));
 }

@@ -1,0 +1,213 @@
+#include "main_window.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QScreen>
+#include <set>
+
+#include "app/commands.h"
+#include "form_view.h"
+#include "model/errors.h"
+#include "plot_view.h"
+#include "text_view.h"
+#include "ui/form_plot.h"
+#include "ui/main_form.h"
+#include "ui/plot_engine.h"
+#include "ui/text_window.h"
+#include "ui/workbench.h"
+
+namespace voltrix {
+
+namespace {
+
+// A child window that the user closes is only hidden, as a form is: it keeps
+// its contents until the process ends.
+class ChildWindow : public QMdiSubWindow {
+ public:
+  ChildWindow(Form& form, QWidget* parent) : QMdiSubWindow(parent), form_(form) {
+    setAttribute(Qt::WA_DeleteOnClose, false);
+  }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override {
+    event->ignore();
+    form_.hide();
+  }
+
+ private:
+  Form& form_;
+};
+
+}  // namespace
+
+MainWindow::MainWindow() {
+  platform_.messages.parent = this;
+  platform_.files.parent = this;
+  wb_ = std::make_unique<Workbench>(platform_.platform());
+  setWindowTitle(QString::fromStdString(wb_->mainForm().caption()));
+  area_ = new QMdiArea(this);
+  area_->setObjectName(QStringLiteral("MdiArea"));
+  setCentralWidget(area_);
+  const double dpi = logicalDpiX() > 0 ? logicalDpiX() : 96;
+  resize(TwipsToPixels(wb_->mainForm().area().width, dpi) + 240, TwipsToPixels(wb_->mainForm().area().height, dpi));
+  BindMenuCommands(*wb_);
+  buildMenus();
+  platform_.picture.screenSize = [this]() -> QSize {
+    auto it = windows_.find("FormPlot");
+    if (it == windows_.end() || !it->second->widget()) return {};
+    return it->second->widget()->size();
+  };
+  syncForms();
+}
+
+MainWindow::~MainWindow() {
+  // The windows observe the forms: they go before the workbench does.
+  wb_->mainForm().removeObserver(menuObserver_);
+  for (Form* f : wb_->createdForms()) {
+    auto it = observers_.find(f->name());
+    if (it != observers_.end()) f->removeObserver(it->second);
+  }
+  delete area_;
+  area_ = nullptr;
+  windows_.clear();
+  platform_.plot.onChange = nullptr;
+}
+
+QAction* MainWindow::action(const std::string& menuName) const {
+  Control* c = wb_->mainForm().find(menuName);
+  if (!c) return nullptr;
+  if (auto it = actions_.find(c); it != actions_.end()) return it->second;
+  if (auto it = menus_.find(c); it != menus_.end()) return it->second->menuAction();
+  return nullptr;
+}
+
+QMdiSubWindow* MainWindow::window(const std::string& formName) const {
+  auto it = windows_.find(formName);
+  return it == windows_.end() ? nullptr : it->second;
+}
+
+void MainWindow::buildMenus() {
+  MainForm& main = wb_->mainForm();
+  std::set<const Control*> parents;
+  for (Control* c : main.menuItems())
+    if (c->container()) parents.insert(c->container());
+  for (Control* c : main.menuItems()) {
+    const QString caption = QString::fromStdString(c->caption());
+    if (parents.count(c)) {
+      QMenu* menu = c->container() ? menus_.at(c->container())->addMenu(caption) : menuBar()->addMenu(caption);
+      menu->setObjectName(QString::fromStdString(c->name()));
+      menus_[c] = menu;
+    } else if (c->caption() == "-") {
+      QAction* sep = c->container() ? menus_.at(c->container())->addSeparator() : nullptr;
+      if (sep) actions_[c] = sep;
+    } else {
+      QAction* a = c->container() ? menus_.at(c->container())->addAction(caption) : menuBar()->addAction(caption);
+      a->setObjectName(QString::fromStdString(c->name()));
+      const std::string name = c->name();
+      connect(a, &QAction::triggered, this, [this, name] { runCommand(name); });
+      actions_[c] = a;
+    }
+    updateMenu(c);
+  }
+  menuObserver_ = main.addObserver([this](const Control* c) {
+    if (c) updateMenu(c);
+  });
+}
+
+void MainWindow::updateMenu(const Control* c) {
+  QAction* a = nullptr;
+  if (auto it = menus_.find(c); it != menus_.end()) a = it->second->menuAction();
+  else if (auto it2 = actions_.find(c); it2 != actions_.end()) a = it2->second;
+  if (!a) return;
+  if (!a->isSeparator()) a->setText(QString::fromStdString(c->caption()));
+  a->setEnabled(c->enabled());
+  a->setVisible(c->visible());
+}
+
+void MainWindow::runCommand(const std::string& menuName) {
+  RunMenuCommand(*wb_, menuName);
+  if (wb_->exitRequested) {
+    // "E&xit": at once, nothing asked, nothing saved.
+    QApplication::exit(0);
+    close();
+    return;
+  }
+  syncForms();
+}
+
+void MainWindow::runEdit(const std::function<void()>& edit) {
+  try {
+    edit();
+  } catch (const RunError& err) {
+    platform_.messages.show("Error: " + err.description());
+  }
+  syncForms();
+}
+
+QMdiSubWindow* MainWindow::addWindow(Form& form) {
+  QWidget* content = nullptr;
+  if (form.name() == "FormPlot") {
+    auto replot = [this] {
+      if (syncing_) return;
+      PlotCurves(*wb_);
+      syncForms();
+    };
+    content = new PlotView(platform_.plot, platform_.files, platform_.messages, replot);
+  } else if (auto* text = dynamic_cast<TextWindow*>(&form)) {
+    content = new TextView(*text);
+  } else {
+    content = new FormView(form, [this](const std::function<void()>& edit) { runEdit(edit); });
+  }
+  auto* window = new ChildWindow(form, area_);
+  window->setObjectName(QString::fromStdString(form.name()));
+  window->setWidget(content);
+  window->setWindowTitle(QString::fromStdString(form.caption()));
+  area_->addSubWindow(window);
+  const bool fixed = dynamic_cast<FormView*>(content) != nullptr;
+  if (fixed) window->setWindowFlags(Qt::SubWindow | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+  window->resize(window->sizeHint().expandedTo(content->sizeHint()));
+  const double dpi = logicalDpiX() > 0 ? logicalDpiX() : 96;
+  window->move(TwipsToPixels(form.area().left, dpi), TwipsToPixels(form.area().top, dpi));
+  window->hide();
+  if (form.name() == "FormPlot") {
+    QWidget* view = content;
+    platform_.plot.onChange = [view] { view->update(); };
+  }
+  // Shown or hidden: the window follows once the model's event is over
+  // (a window made inside the form's own notification would change the
+  // list of observers being called).
+  observers_[form.name()] = form.addObserver([this](const Control* c) {
+    if (!c) QMetaObject::invokeMethod(this, [this] { syncForms(); }, Qt::QueuedConnection);
+  });
+  return window;
+}
+
+void MainWindow::syncForms() {
+  if (syncing_ || !area_) return;
+  syncing_ = true;
+  for (Form* f : wb_->createdForms()) {
+    if (f == &wb_->mainForm()) continue;
+    QMdiSubWindow* w = window(f->name());
+    if (!w) w = windows_[f->name()] = addWindow(*f);
+    if (f->shown() && !w->isVisible()) {
+      w->show();
+      w->raise();
+      area_->setActiveSubWindow(w);
+    } else if (!f->shown() && w->isVisible()) {
+      w->hide();
+    }
+  }
+  syncing_ = false;
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  // Closing the main window ends the process at once, like "E&xit".
+  event->accept();
+  QApplication::exit(0);
+}
+
+}  // namespace voltrix

@@ -1,0 +1,99 @@
+#include "qt_platform.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QImage>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QStringList>
+#include <QTime>
+
+#include "render/picture_file.h"
+#include "render/picture_painter.h"
+
+namespace voltrix {
+
+void QtMessageBox::show(const std::string& text) {
+  if (intercept) return intercept(text);
+  QMessageBox box(QMessageBox::NoIcon, QStringLiteral("Voltrix"), QString::fromStdString(text), QMessageBox::Ok,
+                  parent.data());
+  box.exec();
+}
+
+QString QtNameFilter(const std::string& filter) {
+  const QStringList parts = QString::fromStdString(filter).split('|');
+  QStringList filters;
+  for (int i = 0; i + 1 < parts.size(); i += 2) {
+    QString patterns = parts[i + 1];
+    patterns.replace(';', ' ');
+    filters << parts[i] + " (" + patterns + ")";
+  }
+  if (parts.size() % 2 == 1 && !parts.back().isEmpty()) filters << parts.back();
+  return filters.join(QStringLiteral(";;"));
+}
+
+std::optional<std::string> QtFileDialog::ask(DialogMode mode, const std::string& filter) {
+  if (intercept) return intercept(mode, filter);
+  const QString qfilter = QtNameFilter(filter);
+  const QString name = mode == DialogMode::Save ? QFileDialog::getSaveFileName(parent.data(), QString(), QString(), qfilter)
+                                                : QFileDialog::getOpenFileName(parent.data(), QString(), QString(), qfilter);
+  if (name.isEmpty()) return std::nullopt;
+  return name.toStdString();
+}
+
+double QtClock::seconds() { return QTime::currentTime().msecsSinceStartOfDay() / 1000.0; }
+
+void QtPointer::set(int shape) {
+  const bool busy = shape == kHourglass;
+  if (busy == busy_) return;
+  busy_ = busy;
+  if (busy) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+QSize QtPictureOutput::size() const {
+  const QSize s = screenSize ? screenSize() : QSize();
+  // A plot window never shown: its client area at 96 dots per inch.
+  return s.isValid() && !s.isEmpty() ? s : QSize(5895 / 15, 2670 / 15);
+}
+
+void QtPictureOutput::copyToClipboard() {
+  QClipboard* clipboard = QGuiApplication::clipboard();
+  clipboard->clear();
+  QImage image(size(), QImage::Format_ARGB32_Premultiplied);
+  {
+    QPainter painter(&image);
+    PaintPicture(painter, QRectF(QPointF(0, 0), QSizeF(image.size())), picture_.calls());
+  }
+  clipboard->setImage(image);
+}
+
+void QtPictureOutput::print() {
+  const QPrinterInfo printer = QPrinterInfo::defaultPrinter();
+  if (printer.isNull()) {
+    const auto file = files_.ask(DialogMode::Save, "PDF file (*.pdf)|*.pdf");
+    if (!file) return;
+    const std::string error = WritePictureFile(picture_.calls(), *file, {size().width(), size().height()});
+    if (!error.empty()) messages_.show(error);
+    return;
+  }
+  QPrinter out(printer, QPrinter::HighResolution);
+  QPainter painter;
+  if (!painter.begin(&out)) {
+    messages_.show("The printer cannot be opened.");
+    return;
+  }
+  // The picture keeps the proportions it has on screen, as large as the page allows.
+  const QRectF page = painter.viewport();
+  const QSizeF fitted = QSizeF(size()).scaled(page.size(), Qt::KeepAspectRatio);
+  PaintPicture(painter, QRectF(page.topLeft(), fitted), picture_.calls());
+  painter.end();
+}
+
+}  // namespace voltrix

@@ -1,0 +1,78 @@
+#pragma once
+// The Qt side of the platform interfaces: message boxes, the file dialog,
+// the timer, the hourglass, the plot surface (a display list painted by the
+// plot window) and the clipboard and printer for the finished picture.
+#include <QPointer>
+#include <QSize>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "model/platform.h"
+#include "ui/plot_display_list.h"
+
+class QWidget;
+
+namespace voltrix {
+
+class QtMessageBox : public MessageBox {
+ public:
+  void show(const std::string& text) override;
+  QPointer<QWidget> parent;
+  // When set, messages go here instead of a modal box (automated runs).
+  std::function<void(const std::string&)> intercept;
+};
+
+// "label|pattern|label|pattern" as a Qt name filter: "label (pattern);;...".
+QString QtNameFilter(const std::string& filter);
+
+class QtFileDialog : public FileDialog {
+ public:
+  std::optional<std::string> ask(DialogMode mode, const std::string& filter) override;
+  QPointer<QWidget> parent;
+  // When set, answers come from here instead of the dialog (automated runs).
+  std::function<std::optional<std::string>(DialogMode, const std::string&)> intercept;
+};
+
+class QtClock : public Clock {
+ public:
+  double seconds() override;  // seconds since midnight
+};
+
+class QtPointer : public Pointer {
+ public:
+  void set(int shape) override;
+
+ private:
+  bool busy_ = false;
+};
+
+class QtPictureOutput : public PictureOutput {
+ public:
+  explicit QtPictureOutput(DisplayList& picture, FileDialog& files, MessageBox& messages)
+      : picture_(picture), files_(files), messages_(messages) {}
+  void copyToClipboard() override;
+  // On the default printer; where there is none, into a PDF file the user names.
+  void print() override;
+  // The size the picture has on screen (the plot window's client area).
+  std::function<QSize()> screenSize;
+
+ private:
+  QSize size() const;
+  DisplayList& picture_;
+  FileDialog& files_;
+  MessageBox& messages_;
+};
+
+struct QtPlatform {
+  QtMessageBox messages;
+  QtFileDialog files;
+  QtClock clock;
+  QtPointer pointer;
+  DisplayList plot;
+  QtPictureOutput picture{plot, files, messages};
+  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture}; }
+};
+
+}  // namespace voltrix
