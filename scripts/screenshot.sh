@@ -1,0 +1,53 @@
+#!/usr/bin/env bash
+# Takes docs/screenshot.png: the desktop program right after one simulation
+# of the default forms, on a virtual X display (Xvfb), captured with
+# ImageMagick's import.
+#   scripts/screenshot.sh [PATH-TO-voltrix]   (default: build/gui/voltrix)
+set -euo pipefail
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+bin=${1:-$root/build/gui/voltrix}
+out=$root/docs/screenshot.png
+if [ ! -x "$bin" ]; then
+  echo "screenshot: $bin not found; build it first: cmake --build build --target voltrix" >&2
+  exit 1
+fi
+for tool in Xvfb import; do
+  command -v "$tool" >/dev/null || { echo "screenshot: $tool is not installed (apt-get install xvfb imagemagick)" >&2; exit 1; }
+done
+
+# A free display number.
+n=99
+while [ -e "/tmp/.X$n-lock" ]; do n=$((n + 1)); done
+display=:$n
+
+Xvfb "$display" -screen 0 1024x640x24 -nolisten tcp >/dev/null 2>&1 &
+xvfb=$!
+app=
+cleanup() {
+  [ -n "$app" ] && kill "$app" 2>/dev/null || true
+  kill "$xvfb" 2>/dev/null || true
+}
+trap cleanup EXIT
+for _ in $(seq 50); do
+  [ -e "/tmp/.X11-unix/X$n" ] && break
+  sleep 0.1
+done
+
+DISPLAY=$display QT_QPA_PLATFORM=xcb "$bin" --simulate >/dev/null 2>&1 &
+app=$!
+# The simulation runs at start; give it time to draw.
+sleep "${SCREENSHOT_WAIT:-5}"
+kill -0 "$app" 2>/dev/null || { echo "screenshot: voltrix ended early" >&2; exit 1; }
+
+mkdir -p "$(dirname "$out")"
+# The main window only: it stands at the top left of a display without a
+# window manager; the whole display if it cannot be found.
+geometry=$(DISPLAY=$display xwininfo -root -tree 2>/dev/null |
+  awk '/"Voltrix for Windows"/ { for (i = 1; i <= NF; i++) if ($i ~ /^[0-9]+x[0-9]+\+/) { print $i; exit } }' || true)
+if [ -n "$geometry" ]; then
+  import -display "$display" -window root -crop "$geometry" +repage "$out"
+else
+  import -display "$display" -window root "$out"
+fi
+echo "screenshot: wrote $out"
