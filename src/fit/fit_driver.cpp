@@ -110,9 +110,8 @@ struct FitOutcome {
 
 constexpr int kPassLimit = 50;  // a fit stops once it has made more passes than this
 
-FitOutcome RunPasses(Workbench& wb, FitSetup& setup, const FitCurve& target, double variance) {
+FitOutcome RunPasses(Workbench& wb, FitModel& model, FitSetup& setup, const FitCurve& target, double variance) {
   Experiment& e = wb.experiment;
-  WorkbenchFitModel model(wb, ProbeThreadsFor(wb));
   MarquardtContext ctx{model, wb.optimiser, e.DataSpread.value(), e.ObjectiveCount};
   FitCurve calculated = NewFitCurve();
   int n = Count(e.NData);
@@ -182,6 +181,11 @@ class FitCommandScope {
 }  // namespace
 
 void RunAutoFit(Workbench& wb, const FitCurve& fitTarget) {
+  WorkbenchFitModel model(wb, ProbeThreadsFor(wb));
+  RunAutoFit(wb, fitTarget, model);
+}
+
+void RunAutoFit(Workbench& wb, const FitCurve& fitTarget, FitModel& model) {
   Experiment& e = wb.experiment;
   try {
     e.tElapsed = wb.platform.clock.seconds();
@@ -190,7 +194,7 @@ void RunAutoFit(Workbench& wb, const FitCurve& fitTarget) {
     ListFittedSlots(wb);
     FitSetup setup = ReadSetup(wb);
     const double variance = TargetVariance(e, fitTarget, Count(e.NData));
-    const FitOutcome out = RunPasses(wb, setup, fitTarget, variance);
+    const FitOutcome out = RunPasses(wb, model, setup, fitTarget, variance);
     e.tElapsed = wb.platform.clock.seconds() - e.tElapsed;
     PrintReport(wb, setup, out, variance);
     ShowFittedValues(wb, setup);

@@ -34,6 +34,8 @@ class WorkbenchFitModel : public FitModel {
 // The fit of the ticked parameters and its report. Any error ends in the
 // message "Fit Error: ..." and a normal return.
 void RunAutoFit(Workbench& wb, const FitCurve& fitTarget);
+// The same with another model in place of the workbench's simulation.
+void RunAutoFit(Workbench& wb, const FitCurve& fitTarget, FitModel& model);
 
 // The menu commands "&Auto Fit" and "&Manual Fit".
 void AutoFit(Workbench& wb);

@@ -244,3 +244,63 @@ TEST(ManualFitCommand, SimulatesOnceIntoRowTwoWithoutNoiseOrReport) {
 
 }  // namespace
 }  // namespace voltrix
+
+namespace voltrix {
+namespace {
+
+// y = 1e8 p^3 x against a zero target: each Gauss-Newton step keeps two
+// thirds of p, so every pass gains far more than 0.02 percent and only the
+// pass limit ends the fit (the factor keeps the derivative measurable down
+// to the last pass).
+class CubeModel : public FitModel {
+ public:
+  void Objective(const ParameterVector& p, int& n, FitCurve& curve) override {
+    n = 5;
+    for (int l = 1; l <= n; ++l) curve[l] = 1e8 * p(1) * p(1) * p(1) * l;
+  }
+};
+
+TEST(FitPassLimit, FiftyOnePassesEndWithFlagOne) {
+  HeadlessWorkbench hw;
+  Workbench& wb = hw.wb;
+  wb.formExpr().control("CheckFitted", 1).setValue(1);
+  wb.formExpr().control("TextCmin", 1).setText("-10");
+  wb.formExpr().control("TextCmax", 1).setText("10");
+  wb.formExpr().OK();
+  wb.experiment.C(1) = 1.0;
+  wb.experiment.NData = 5;
+  CubeModel model;
+  RunAutoFit(wb, NewFitCurve(), model);
+  ASSERT_TRUE(hw.messages().empty()) << hw.messages().front();
+  EXPECT_EQ(ReportValue(wb.formResult(), "Convergence flag = "), 1);
+  EXPECT_EQ(ReportValue(wb.formResult(), "No. of iteration = "), 51);
+  EXPECT_EQ(ReportValue(wb.formResult(), "Standard deviation^2 = "), 0);
+  // p has shrunk by about (2/3)^51.
+  EXPECT_CLOSE(Caption(wb, 1), std::pow(2.0 / 3.0, 51), 0.05);
+}
+
+}  // namespace
+}  // namespace voltrix
+
+namespace voltrix {
+namespace {
+
+TEST(FitFloor, NoTickedBoxOnAnExactTargetEndsNormallyWithAnEmptyTable) {
+  HeadlessWorkbench hw;
+  ReferenceSweep(hw.wb);
+  SimulateTarget(hw.wb, "0");
+  Tick(hw.wb, 1, false);
+  AutoFit(hw.wb);
+  EXPECT_TRUE(hw.messages().empty());
+  const TextWindow& r = hw.wb.formResult();
+  EXPECT_EQ(ReportValue(r, "Convergence flag = "), -1);
+  EXPECT_EQ(ReportValue(r, "Least square = "), 0);
+  EXPECT_EQ(ReportValue(r, "No. of obj. fun. = "), 1);
+  const auto& lines = r.lines();
+  const auto head = std::find(lines.begin(), lines.end(), "No.           Initial value               Fitted value");
+  ASSERT_NE(head, lines.end());
+  EXPECT_EQ(*(head + 1), "");
+}
+
+}  // namespace
+}  // namespace voltrix
