@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFontInfo>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -22,6 +23,10 @@ QFont FontOf(const FontSpec& spec) {
   font.setStyleHint(QFont::SansSerif);
   font.setPointSizeF(spec.size);
   font.setBold(spec.bold);
+  // The forms were laid out for a narrow bitmap sans serif; the usual
+  // substitutes run wider, so they are narrowed to keep captions within
+  // their controls.
+  if (QFontInfo(font).family() != font.family()) font.setStretch(QFont::SemiCondensed);
   return font;
 }
 

@@ -27,9 +27,11 @@ QString QtNameFilter(const std::string& filter) {
   const QStringList parts = QString::fromStdString(filter).split('|');
   QStringList filters;
   for (int i = 0; i + 1 < parts.size(); i += 2) {
-    QString patterns = parts[i + 1];
+    QString patterns = parts[i + 1].trimmed();
     patterns.replace(';', ' ');
-    filters << parts[i] + " (" + patterns + ")";
+    const QString label = parts[i].trimmed();
+    // A label that already shows its patterns ("Text (*.txt)") is kept as it is.
+    filters << (label.endsWith("(" + patterns + ")") ? label : label + " (" + patterns + ")");
   }
   if (parts.size() % 2 == 1 && !parts.back().isEmpty()) filters << parts.back();
   return filters.join(QStringLiteral(";;"));

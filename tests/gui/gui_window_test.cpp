@@ -20,6 +20,7 @@
 #include "model/controls.h"
 #include "model/number_format.h"
 #include "plot_view.h"
+#include "qt_platform.h"
 #include "ui/form_expr.h"
 #include "ui/form_ins.h"
 #include "ui/plot_display_list.h"
@@ -222,6 +223,13 @@ class WindowTest : public QObject {
     QVERIFY(!clip.isNull());
     QCOMPARE(clip.size(), p.window.window("FormPlot")->widget()->size());
     QVERIFY(DarkPixels(clip, clip.rect()) > 50);
+  }
+
+
+  void fileFiltersBecomeQtNameFilters() {
+    QCOMPARE(QtNameFilter("Curve (*.csv)|*.csv|All Files|*.*"), QString("Curve (*.csv);;All Files (*.*)"));
+    QCOMPARE(QtNameFilter("Parameter|*.par;*.txt"), QString("Parameter (*.par *.txt)"));
+    QCOMPARE(QtNameFilter(""), QString());
   }
 };
 
