@@ -3,6 +3,7 @@
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPen>
+#include <algorithm>
 #include <cmath>
 
 namespace voltrix {
@@ -41,6 +42,30 @@ class Mapper {
 
 bool Finite(const QPointF& p) { return std::isfinite(p.x()) && std::isfinite(p.y()); }
 
+// Manual limits far inside the data put points millions of pixels away; the
+// rasteriser works in fixed point and must not see them. Lines are clipped
+// (Liang-Barsky) to the area grown by a margin, so their slope stays true.
+bool ClipLine(const QRectF& r, QPointF& p, QPointF& q) {
+  double t0 = 0, t1 = 1;
+  const double dx = q.x() - p.x(), dy = q.y() - p.y();
+  const double pk[4] = {-dx, dx, -dy, dy};
+  const double qk[4] = {p.x() - r.left(), r.right() - p.x(), p.y() - r.top(), r.bottom() - p.y()};
+  for (int k = 0; k < 4; ++k) {
+    if (pk[k] == 0) {
+      if (qk[k] < 0) return false;
+      continue;
+    }
+    const double t = qk[k] / pk[k];
+    if (pk[k] < 0) t0 = std::max(t0, t);
+    else t1 = std::min(t1, t);
+    if (t0 > t1) return false;
+  }
+  const QPointF a = p;
+  p = a + QPointF(dx * t0, dy * t0);
+  q = a + QPointF(dx * t1, dy * t1);
+  return true;
+}
+
 }  // namespace
 
 void PaintPicture(QPainter& painter, const QRectF& area, const std::vector<DrawCall>& calls,
@@ -59,6 +84,7 @@ void PaintPicture(QPainter& painter, const QRectF& area, const std::vector<DrawC
   const QFontMetricsF metrics(style.font, painter.device());
 
   Mapper mapper(area);
+  const QRectF reach = area.adjusted(-area.width() - 10, -area.height() - 10, area.width() + 10, area.height() + 10);
   QPointF text = area.topLeft();  // where the next printed line starts
   for (const DrawCall& c : calls) {
     const auto& a = c.args;
@@ -67,24 +93,34 @@ void PaintPicture(QPainter& painter, const QRectF& area, const std::vector<DrawC
     } else if (c.op == "textpos" && a.size() >= 2) {
       text = mapper.map(a[0], a[1]);
     } else if (c.op == "print") {
-      if (Finite(text))
+      if (Finite(text) && reach.contains(text))
         painter.drawText(QPointF(text.x(), text.y() + metrics.ascent()), QString::fromStdString(c.text));
       // Each print ends the line: the next one starts at the left edge, one line down.
       text = QPointF(mapper.left(), text.y() + metrics.lineSpacing());
     } else if (c.op == "point" && a.size() >= 2) {
       const QPointF p = mapper.map(a[0], a[1]);
-      if (!Finite(p)) continue;
+      if (!Finite(p) || !reach.contains(p)) continue;
       painter.save();
       painter.setPen(Qt::NoPen);
       painter.setBrush(style.ink);
       painter.drawEllipse(p, 1.0, 1.0);
       painter.restore();
     } else if (c.op == "line" && a.size() >= 4) {
-      const QPointF p = mapper.map(a[0], a[1]), q = mapper.map(a[2], a[3]);
-      if (Finite(p) && Finite(q)) painter.drawLine(p, q);
+      QPointF p = mapper.map(a[0], a[1]), q = mapper.map(a[2], a[3]);
+      if (Finite(p) && Finite(q) && ClipLine(reach, p, q)) painter.drawLine(p, q);
     } else if (c.op == "box" && a.size() >= 4) {
       const QPointF p = mapper.map(a[0], a[1]), q = mapper.map(a[2], a[3]);
-      if (Finite(p) && Finite(q)) painter.drawRect(QRectF(p, q).normalized());
+      if (!Finite(p) || !Finite(q)) continue;
+      const QRectF box = QRectF(p, q).normalized();
+      if (reach.contains(box)) {
+        painter.drawRect(box);
+      } else {  // each side clipped on its own, so the visible part stays
+        const QPointF corners[4] = {box.topLeft(), box.topRight(), box.bottomRight(), box.bottomLeft()};
+        for (int k = 0; k < 4; ++k) {
+          QPointF u = corners[k], v = corners[(k + 1) % 4];
+          if (ClipLine(reach, u, v)) painter.drawLine(u, v);
+        }
+      }
     } else if (c.op == "dashed" && !a.empty()) {
       pen.setStyle(a[0] != 0 ? Qt::DashLine : Qt::SolidLine);
       painter.setPen(pen);

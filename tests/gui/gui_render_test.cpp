@@ -85,6 +85,26 @@ class RenderTest : public QObject {
                 DarkInRow(img, peakY - 1, w / 2 - 10, w / 2 + 10) > 0);
   }
 
+  // Manual limits far inside the data: lines that reach millions of pixels
+  // beyond the window are still drawn along their true course.
+  void farLinesAreClippedNotLost() {
+    const int w = 400, h = 200;
+    QImage img(w, h, QImage::Format_ARGB32_Premultiplied);
+    const std::vector<DrawCall> calls = {{"scale", {0, 1, 1, 0}, {}},
+                                         {"line", {0.5f, -1e7f, 0.5f, 1e7f}, {}},          // vertical through x = 1/2
+                                         {"line", {-1e6f, -999999.75f, 1e6f, 1000000.25f}, {}},  // y = x + 1/4
+                                         {"box", {0.75f, -1e9f, 1e9f, 1e9f}, {}}};       // only its left side shows
+    {
+      QPainter p(&img);
+      PaintPicture(p, QRectF(0, 0, w, h), calls);
+    }
+    QVERIFY(DarkInColumn(img, w / 2, 0, h - 1) + DarkInColumn(img, w / 2 - 1, 0, h - 1) >= h - 2);
+    QVERIFY(DarkInColumn(img, 3 * w / 4, 0, h - 1) + DarkInColumn(img, 3 * w / 4 - 1, 0, h - 1) >= h - 2);
+    // y = x + 1/4 at x = 1/4 is y = 1/2: the middle row, a quarter across.
+    QVERIFY(DarkInRow(img, h / 2, w / 4 - 3, w / 4 + 3) + DarkInRow(img, h / 2 - 1, w / 4 - 3, w / 4 + 3) > 0);
+    QCOMPARE(DarkInRow(img, h / 2, w / 8 - 3, w / 8 + 3), 0);
+  }
+
   void filesOfEachTypeAreWritten() {
     QTemporaryDir dir;
     const auto picture = PeakPicture();
