@@ -1,8 +1,9 @@
 #pragma once
-// Runs the derivative probes of a pass side by side, each on a copy of the
-// workbench with a headless platform. Messages of the probes are held back
-// and shown afterwards in the serial order, and the workbench ends in the
-// state the last probe leaves, so nothing tells the two orders apart.
+// Runs the derivative probes of a pass side by side, each share on a copy of
+// the workbench with a headless platform, and the workbench ends in the state
+// the last probe leaves. A probe whose simulation failed depends on the run
+// before it, so a pass with one runs again in the serial order on the
+// workbench itself: messages, curves and state never tell the two apart.
 #include <memory>
 #include <vector>
 

@@ -304,3 +304,42 @@ TEST(FitFloor, NoTickedBoxOnAnExactTargetEndsNormallyWithAnEmptyTable) {
 
 }  // namespace
 }  // namespace voltrix
+
+namespace voltrix {
+namespace {
+
+// The same fit through the digital simulation of the typed A + e = B, over a
+// whole cycle (242 points); tolerances as for the closed forms.
+TEST(DigitalFit, RecoversTheTrueValuesSeriallyAndInParallelAlike) {
+  HeadlessWorkbench serial, parallel;
+  for (HeadlessWorkbench* hw : {&serial, &parallel}) {
+    Workbench& wb = hw->wb;
+    ASSERT_TRUE(wb.experiment.Digital);
+    wb.formIns().control("ComboScan").setText("cycle");
+    wb.formExpr().control("Eze", 1).setText("0");
+    wb.formExpr().control("ks", 1).setText("0.005");
+    SimulateTarget(wb, "1");
+    ASSERT_EQ(wb.experiment.NData, 242);
+    wb.formExpr().control("Eze", 1).setText("0.03");
+    wb.formExpr().control("ks", 1).setText("0.002");
+    wb.formExpr().control("C", 1).setText("1.3e-3");
+    Tick(wb, 7);
+    Tick(wb, 13);
+  }
+  serial.wb.optimiser.ProbeThreads = 1;
+  parallel.wb.optimiser.ProbeThreads = 2;
+  AutoFit(serial.wb);
+  AutoFit(parallel.wb);
+  ASSERT_TRUE(serial.messages().empty()) << serial.messages().front();
+  EXPECT_CLOSE(Caption(serial.wb, 1), 1e-3, 0.005);
+  EXPECT_NEAR(Caption(serial.wb, 13), 0.0, 0.001);
+  EXPECT_CLOSE(Caption(serial.wb, 7), 0.005, 0.03);
+  const auto& a = serial.wb.formResult().lines();
+  const auto& b = parallel.wb.formResult().lines();
+  ASSERT_EQ(a.size(), b.size());
+  for (std::size_t i = 0; i + 1 < a.size(); ++i) EXPECT_EQ(a[i], b[i]);
+  for (int l = 1; l <= 242; ++l) ASSERT_EQ(serial.wb.store.YData(2, l), parallel.wb.store.YData(2, l)) << l;
+}
+
+}  // namespace
+}  // namespace voltrix
