@@ -2,14 +2,21 @@
 # Takes docs/screenshot.png: the desktop program right after one simulation
 # of the default forms, on a virtual X display (Xvfb), captured with
 # ImageMagick's import.
-#   scripts/screenshot.sh [PATH-TO-voltrix]   (default: build/gui/voltrix)
+#   bash scripts/screenshot.sh [PATH-TO-voltrix]
+# Without a path it builds build/release/gui/voltrix as scripts/run.sh does.
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)
-bin=${1:-$root/build/gui/voltrix}
 out=$root/docs/screenshot.png
+if [ $# -ge 1 ]; then
+  bin=$1
+else
+  bin=$root/build/release/gui/voltrix
+  cmake -S "$root" -B "$root/build/release" -G Ninja -DCMAKE_BUILD_TYPE=Release -DVOLTRIX_BENCH=OFF -DVOLTRIX_TESTS=OFF >/dev/null
+  cmake --build "$root/build/release" --target voltrix
+fi
 if [ ! -x "$bin" ]; then
-  echo "screenshot: $bin not found; build it first: cmake --build build --target voltrix" >&2
+  echo "screenshot: $bin not found (is Qt 6 installed? bash scripts/install-deps.sh)" >&2
   exit 1
 fi
 for tool in Xvfb import; do

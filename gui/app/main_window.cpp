@@ -130,6 +130,9 @@ void MainWindow::updateMenu(const Control* c) {
 
 void MainWindow::runCommand(const std::string& menuName) {
   RunMenuCommand(*wb_, menuName);
+  // A command that ended on an error it did not handle must not leave the
+  // hourglass behind.
+  platform_.pointer.set(Pointer::kDefault);
   if (wb_->exitRequested) {
     // "E&xit": at once, nothing asked, nothing saved.
     QApplication::exit(0);
