@@ -28,7 +28,7 @@ n=99
 while [ -e "/tmp/.X$n-lock" ]; do n=$((n + 1)); done
 display=:$n
 
-Xvfb "$display" -screen 0 1024x640x24 -nolisten tcp >/dev/null 2>&1 &
+Xvfb "$display" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!
 app=
 cleanup() {

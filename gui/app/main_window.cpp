@@ -6,7 +6,11 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmap>
 #include <QScreen>
+#include <algorithm>
 #include <set>
 
 #include "app/commands.h"
@@ -42,6 +46,20 @@ class ChildWindow : public QMdiSubWindow {
   Form& form_;
 };
 
+// A small voltammogram: the program's own icon for its windows.
+QIcon AppIcon() {
+  QPixmap pixmap(32, 32);
+  pixmap.fill(Qt::transparent);
+  QPainter p(&pixmap);
+  p.setRenderHint(QPainter::Antialiasing);
+  p.setPen(QPen(QColor(30, 60, 150), 2.5));
+  QPainterPath path(QPointF(2, 27));
+  path.cubicTo(QPointF(12, 27), QPointF(13, 4), QPointF(18, 5));
+  path.cubicTo(QPointF(22, 6), QPointF(24, 17), QPointF(30, 18));
+  p.drawPath(path);
+  return QIcon(pixmap);
+}
+
 }  // namespace
 
 MainWindow::MainWindow() {
@@ -49,11 +67,19 @@ MainWindow::MainWindow() {
   platform_.files.parent = this;
   wb_ = std::make_unique<Workbench>(platform_.platform());
   setWindowTitle(QString::fromStdString(wb_->mainForm().caption()));
+  setWindowIcon(AppIcon());
   area_ = new QMdiArea(this);
   area_->setObjectName(QStringLiteral("MdiArea"));
   setCentralWidget(area_);
+  area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  // Large enough for the widest form (the chemicals form at its place),
+  // within the screen.
   const double dpi = logicalDpiX() > 0 ? logicalDpiX() : 96;
-  resize(TwipsToPixels(wb_->mainForm().area().width, dpi) + 240, TwipsToPixels(wb_->mainForm().area().height, dpi));
+  QSize size(std::max(TwipsToPixels(wb_->mainForm().area().width, dpi), TwipsToPixels(13200, dpi)),
+             std::max(TwipsToPixels(wb_->mainForm().area().height, dpi), TwipsToPixels(9600, dpi)));
+  if (QScreen* screen = QGuiApplication::primaryScreen()) size = size.boundedTo(screen->availableSize());
+  resize(size);
   BindMenuCommands(*wb_);
   buildMenus();
   platform_.picture.screenSize = [this]() -> QSize {
@@ -169,6 +195,7 @@ QMdiSubWindow* MainWindow::addWindow(Form& form) {
   window->setObjectName(QString::fromStdString(form.name()));
   window->setWidget(content);
   window->setWindowTitle(QString::fromStdString(form.caption()));
+  window->setWindowIcon(windowIcon());
   area_->addSubWindow(window);
   const bool fixed = dynamic_cast<FormView*>(content) != nullptr;
   if (fixed) window->setWindowFlags(Qt::SubWindow | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
