@@ -74,8 +74,85 @@ void LinearFarEnd(StepTables& t, StepWork& w) {
   for (int i = 1; i <= t.n; ++i) w.GRight[N](i) = Checked(t.Conc[i][N] + t.Up[N][i] * t.Conc[i][N + 1]);
 }
 
+// Raises the error of a value that is not finite, as Checked would.
+inline double Finite(double x) {
+  if (!std::isfinite(x)) Checked(x);
+  return x;
+}
+
+void NoteDiagonalInverses(const StepTables& t, StepWork& w) {
+  w.allDiagonal = true;
+  for (int j = 2; j <= t.N; ++j) {
+    if (w.singular[j] || !w.diagonalInverse[j]) w.allDiagonal = false;
+    for (int i = 1; i <= t.n; ++i) w.inverseDiagonal[j][i] = w.GInv[j](i, i);
+  }
+}
+
+// The same arithmetic as the general elimination, for diagonal inverses.
+// The species count is a template argument so that the values carried from
+// box to box stay in registers: the recurrence sets the pace of a step.
+template <int n>
+void DiagonalEliminationOf(StepTables& t, StepWork& w) {
+  double carried[n + 1];
+  for (int i = 1; i <= n; ++i) carried[i] = w.GRight[t.N].v[i];
+  for (int j = t.N - 1; j >= 1; --j) {
+    const double* inverse = w.inverseDiagonal[j + 1];
+    const double* up = t.Up[j];
+    double* right = w.GRight[j].v;
+#pragma GCC unroll 6
+    for (int i = 1; i <= n; ++i) {
+      carried[i] = Finite(t.Conc[i][j] + up[i] * Finite(inverse[i] * carried[i]));
+      right[i] = carried[i];
+    }
+  }
+}
+
+template <int n>
+void DiagonalSubstitutionOf(StepTables& t, StepWork& w) {
+  double carried[n + 1];
+  for (int i = 1; i <= n; ++i) carried[i] = t.Conc[i][1];
+  for (int j = 2; j <= t.N; ++j) {
+    const double* inverse = w.inverseDiagonal[j];
+    const double* right = w.GRight[j].v;
+    const double* lo = t.Lo[j];
+#pragma GCC unroll 6
+    for (int i = 1; i <= n; ++i) {
+      carried[i] = Finite(inverse[i] * Finite(right[i] + lo[i] * carried[i]));
+      t.Conc[i][j] = carried[i];
+    }
+  }
+}
+
+void DiagonalElimination(StepTables& t, StepWork& w) {
+  switch (t.n) {
+    case 1: return DiagonalEliminationOf<1>(t, w);
+    case 2: return DiagonalEliminationOf<2>(t, w);
+    case 3: return DiagonalEliminationOf<3>(t, w);
+    case 4: return DiagonalEliminationOf<4>(t, w);
+    case 5: return DiagonalEliminationOf<5>(t, w);
+    case 6: return DiagonalEliminationOf<6>(t, w);
+    default: return;
+  }
+}
+
+void DiagonalSubstitution(StepTables& t, StepWork& w) {
+  switch (t.n) {
+    case 1: return DiagonalSubstitutionOf<1>(t, w);
+    case 2: return DiagonalSubstitutionOf<2>(t, w);
+    case 3: return DiagonalSubstitutionOf<3>(t, w);
+    case 4: return DiagonalSubstitutionOf<4>(t, w);
+    case 5: return DiagonalSubstitutionOf<5>(t, w);
+    case 6: return DiagonalSubstitutionOf<6>(t, w);
+    default: return;
+  }
+}
+
 void LinearElimination(StepTables& t, StepWork& w, MessageBox& messages) {
   const int n = t.n;
+  if (w.linearBlocksReady && w.allDiagonal) {
+    DiagonalElimination(t, w);
+    return;
+  }
   double base[kBlockSize] = {};
   for (int j = t.N - 1; j >= 1; --j) {
     if (w.linearBlocksReady) {
@@ -87,15 +164,39 @@ void LinearElimination(StepTables& t, StepWork& w, MessageBox& messages) {
     for (int i = 1; i <= n; ++i) base[i] = t.Conc[i][j];
     ReduceRight(t, w, base, j, n);
   }
+  if (!w.linearBlocksReady) NoteDiagonalInverses(t, w);
   w.linearBlocksReady = true;
+}
+
+bool SameBlock(const Matrix& a, const Matrix& b, int n) {
+  for (int i = 1; i <= n; ++i)
+    for (int k = 1; k <= n; ++k)
+      if (a(i, k) != b(i, k)) return false;
+  return true;
+}
+
+// The inverse of KBox, formed anew only when KBox has changed.
+const Matrix& KBoxInverse(const StepTables& t, StepWork& w, MessageBox& messages) {
+  if (w.KBoxReady && SameBlock(w.KBoxSeen, t.KBox, t.n)) {
+    if (w.KBoxSingular) messages.show(kSingularBlock);
+    return w.KBoxInverse;
+  }
+  CountingMessages counted(messages);
+  w.KBoxSeen = t.KBox;
+  w.KBoxInverse = t.KBox;
+  w.KBoxReady = false;
+  InvertMatrix(w.KBoxInverse, t.n, counted);
+  w.KBoxSingular = counted.count > 0;
+  w.KBoxReady = true;
+  return w.KBoxInverse;
 }
 
 // (GBlock(1) KBox^-1 KSurf - Lo(1)) S = GRight(1): the surface values.
 void LinearElectrode(StepTables& t, StepWork& w, MessageBox& messages) {
   const int n = t.n;
-  Matrix Q = t.KBox;
-  InvertMatrix(Q, n, messages);
-  Matrix GQ, M;
+  const Matrix& Q = KBoxInverse(t, w, messages);
+  Matrix& GQ = w.product;
+  Matrix& M = w.electrode;
   MatrixProduct(w.GBlock[1], Q, n, n, n, GQ);
   MatrixProduct(GQ, t.KSurf, n, n, n, M);
   for (int i = 1; i <= n; ++i) M(i, i) = Checked(M(i, i) - t.Lo[1][i]);
@@ -109,6 +210,10 @@ void LinearElectrode(StepTables& t, StepWork& w, MessageBox& messages) {
 // old first-box values of the next step.
 void LinearSubstitution(StepTables& t, StepWork& w, MessageBox& messages) {
   const int n = t.n;
+  if (w.allDiagonal) {
+    DiagonalSubstitution(t, w);
+    return;
+  }
   Column v, c;
   for (int j = 2; j <= t.N; ++j) {
     RecallBoxInverse(w, j, messages);
@@ -177,6 +282,7 @@ void AssembleNewton(const StepTables& t, StepWork& w) {
 void NewtonElimination(const StepTables& t, StepWork& w, MessageBox& messages) {
   const int n = t.n, N = t.N;
   w.linearBlocksReady = false;  // the kept blocks of the linear solver are overwritten
+  w.allDiagonal = false;
   w.GBlock[N] = w.JFull[N];
   for (int i = 1; i <= n; ++i) w.GRight[N](i) = Checked(w.RightBase[N](i) + t.Up[N][i] * w.CPrev[N + 1][i]);
   for (int j = N - 1; j >= 1; --j) {

@@ -37,6 +37,15 @@ struct StepWork {
   bool diagonalInverse[kBoxStorage] = {};
   Column GRight[kBoxStorage];
   bool linearBlocksReady = false;
+  // Without chemistry every kept inverse is diagonal: its diagonals side by
+  // side let a step run on plain rows.
+  bool allDiagonal = false;
+  double inverseDiagonal[kBoxStorage][kBlockSize] = {};
+  // KBox changes only where a run writes it; its inverse is kept while it
+  // stays the same.
+  Matrix KBoxSeen, KBoxInverse;
+  bool KBoxReady = false, KBoxSingular = false;
+  Matrix electrode, product;  // scratch of the electrode step
   // Newton passes of the nonlinear solver.
   Matrix JPart[kBoxStorage], JRest[kBoxStorage], JFull[kBoxStorage];
   Column RightBase[kBoxStorage];
