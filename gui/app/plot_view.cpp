@@ -1,6 +1,7 @@
 #include "plot_view.h"
 
 #include <QContextMenuEvent>
+#include <QFileInfo>
 #include <QMenu>
 #include <QPainter>
 #include <QTimer>
@@ -56,9 +57,9 @@ void PlotView::contextMenuEvent(QContextMenuEvent* event) {
 void PlotView::saveAs() {
   const auto file = files_.ask(DialogMode::Save, "PNG picture (*.png)|*.png|SVG drawing (*.svg)|*.svg|PDF file (*.pdf)|*.pdf");
   if (!file) return;
+  // A name typed without an extension gets the first type offered.
   std::string path = *file;
-  if (path.find('.', path.find_last_of("/\\") == std::string::npos ? 0 : path.find_last_of("/\\")) == std::string::npos)
-    path += ".png";
+  if (QFileInfo(QString::fromStdString(path)).suffix().isEmpty()) path += ".png";
   const std::string error = WritePictureFile(picture_.calls(), path, {width(), height()});
   if (!error.empty()) messages_.show(error);
 }

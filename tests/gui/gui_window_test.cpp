@@ -164,9 +164,20 @@ class WindowTest : public QObject {
     QVERIFY(p.window.action("mnuData")->isEnabled());
     const DisplayList& picture = p.window.platform().plot;
     QVERIFY(picture.hasPicture());
-    int marks = 0;
-    for (const DrawCall& c : picture.calls()) marks += c.op == "point" || c.op == "box";
-    QVERIFY(marks > 10);  // the curve, point by point
+    // The curve, point by point (Curve 1 draws boxes; the first box is the
+    // frame): a real wave that rises through most of the frame's height.
+    std::vector<const DrawCall*> boxes;
+    for (const DrawCall& c : picture.calls())
+      if (c.op == "box") boxes.push_back(&c);
+    QVERIFY(boxes.size() > 10);
+    const float frameBottom = boxes[0]->args[1], frameTop = boxes[0]->args[3];
+    float low = frameTop, high = frameBottom;
+    for (std::size_t i = 1; i < boxes.size(); ++i) {
+      const float y = (boxes[i]->args[1] + boxes[i]->args[3]) / 2;
+      low = std::min(low, y);
+      high = std::max(high, y);
+    }
+    QVERIFY(high - low > 0.5f * (frameTop - frameBottom));
 
     // The curve shows inside the frame: ink well inside it, away from the edges.
     auto* view = plot->widget();
@@ -183,6 +194,19 @@ class WindowTest : public QObject {
     QVERIFY(view->grab().toImage().size() != before.size());
     QVERIFY(picture.hasPicture());
     QVERIFY(p.messages.empty() || p.messages.front().find("No data") == std::string::npos);
+
+    // Its context menu saves the picture; a name without a type becomes a PNG.
+    QTemporaryDir dir;
+    auto* plotView = qobject_cast<PlotView*>(view);
+    QVERIFY(plotView);
+    p.fileAnswers = {dir.filePath("wave.svg").toStdString(), dir.filePath("wave").toStdString()};
+    plotView->saveAs();
+    plotView->saveAs();
+    QFile svg(dir.filePath("wave.svg"));
+    QVERIFY(svg.open(QIODevice::ReadOnly));
+    QVERIFY(svg.readAll().contains("E /V"));
+    const QImage png(dir.filePath("wave.png"));
+    QCOMPARE(png.size(), view->size());
   }
 
   void optionFormAppliesOnOKAndPictureCommandsWork() {
