@@ -22,7 +22,6 @@ namespace {
 struct Bench : AnalyticRun {
   Bench() { BindMenuCommands(wb); }
   void menu(const std::string& name) { ASSERT_TRUE(RunMenuCommand(wb, name)) << name; }
-  const std::vector<std::string>& report() { return wb.formResult().lines(); }
   int clears() const {
     int n = 0;
     for (const auto& call : platform.plot.calls) n += call.op == "clear";
@@ -84,22 +83,6 @@ TEST(AnalysisCommands, PeakReportOfTheReferenceCycleThroughTheCommandLine) {
   EXPECT_EQ(out[5].substr(0, 14), "Peak Area =   ");
 }
 
-TEST(AnalysisCommands, PeakReportUsesTheSwitchingCurrentOfTheCurve) {
-  Bench b;
-  b.scan("cycle");
-  b.menu("mnuSimulate");
-  b.menu("mnuFindPeak");
-  const CurveStore& s = b.wb.store;
-  ASSERT_EQ(s.PeakCount, 2);
-  const double ip1 = s.PeakCurrent(1, 1), ip2 = s.PeakCurrent(1, 2);
-  const double expected = std::fabs(ip2 / ip1) + 0.485 * std::fabs(s.YData(1, 121) / ip1) + 0.08;
-  ASSERT_GE(b.report().size(), 4u);
-  EXPECT_CLOSE(NumberAfter(b.report()[3], "I pc/I pa = "), expected, 1e-13);
-  // The report adds up below the last one.
-  b.menu("mnuFindPeak");
-  EXPECT_EQ(b.report().size(), 12u);
-}
-
 TEST(AnalysisCommands, HalfWaveReportLabelsCountCurves) {
   const std::vector<std::string> out = CliLines(std::string(kAnalyticalReference) +
                                                 "set formOption.overlap=1\n"
@@ -131,14 +114,6 @@ TEST(AnalysisCommands, TheoreticalSquareWaveIsTwoPointFourTimesDifferentialPulse
   const double dp = NumberAfter(out[1], "Ip = "), sw = NumberAfter(out[4], "Ip = ");
   EXPECT_CLOSE(sw / dp, 2.4, 1e-4);  // five printed digits
   EXPECT_NE(out[1].find("Ep = 0.025"), std::string::npos);  // E0 - Epulse / 2
-}
-
-TEST(AnalysisCommands, TheoreticalReportIsOnlyForTheAnalyticalMode) {
-  Bench b;
-  b.menu("mnuSimulate");
-  EXPECT_TRUE(RunMenuCommand(b.wb, "mnuTheoPeak"));
-  b.wb.formMech().control("CheckDigital").click();  // back to digital
-  EXPECT_FALSE(RunMenuCommand(b.wb, "mnuTheoPeak"));
 }
 
 TEST(AnalysisCommands, AxisScalingsRestoreAndActOnTheRightCurves) {

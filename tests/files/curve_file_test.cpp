@@ -169,13 +169,5 @@ TEST(CurveFile, BinaryJunkNeverStoresANonFiniteValue) {
   }
 }
 
-TEST(CurveFile, ReaderRefusesARowOutsideTheStore) {
-  CurveStore s;
-  const CurveReadResult read = ReadCurveText("1,2\n", s, 7);
-  EXPECT_FALSE(read.ok);
-  EXPECT_EQ(read.description, "Subscript out of range");
-  EXPECT_EQ(s.XData(1), 0);
-}
-
 }  // namespace
 }  // namespace voltrix
