@@ -1,6 +1,9 @@
 #include "fit/fit_driver.h"
 
+#include <algorithm>
+#include <chrono>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "analytic/run_simulation.h"
@@ -30,17 +33,33 @@ void FitObjective(Workbench& wb, const ParameterVector& parameters, int& n, FitC
   for (int l = 1; l <= n; ++l) curve[l] = row[l];
 }
 
-WorkbenchFitModel::WorkbenchFitModel(Workbench& wb, int threads) : wb_(wb), threads_(threads) {}
+WorkbenchFitModel::WorkbenchFitModel(Workbench& wb, int probeThreads) : wb_(wb), probeThreads_(probeThreads) {}
 
 WorkbenchFitModel::~WorkbenchFitModel() = default;
 
 void WorkbenchFitModel::Objective(const ParameterVector& parameters, int& n, FitCurve& curve) {
+  const auto start = std::chrono::steady_clock::now();
   FitObjective(wb_, parameters, n, curve);
+  lastRunSeconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Copying the workbench to the probes and back costs a few tenths of a
+// millisecond per pass; below this time per simulation the serial order is
+// as fast.
+constexpr double kParallelWorthSeconds = 0.0005;
+
+int WorkbenchFitModel::threads(int probes) const {
+  int wanted = probeThreads_;
+  if (wanted == 0) {
+    const unsigned cores = std::thread::hardware_concurrency();
+    wanted = lastRunSeconds_ >= kParallelWorthSeconds ? static_cast<int>(cores) : 1;
+  }
+  return std::max(1, std::min(wanted, probes));
 }
 
 void WorkbenchFitModel::Probes(const std::vector<ParameterVector>& probes, std::vector<FitCurve>& curves,
                                std::vector<int>& counts) {
-  const int wanted = std::min<int>(threads_, static_cast<int>(probes.size()));
+  const int wanted = threads(static_cast<int>(probes.size()));
   if (wanted <= 1) return FitModel::Probes(probes, curves, counts);
   if (!crew_ || crew_->threads() != wanted) crew_ = std::make_unique<ProbeCrew>(wb_, wanted);
   crew_->Run(probes, curves, counts);
@@ -181,7 +200,7 @@ class FitCommandScope {
 }  // namespace
 
 void RunAutoFit(Workbench& wb, const FitCurve& fitTarget) {
-  WorkbenchFitModel model(wb, ProbeThreadsFor(wb));
+  WorkbenchFitModel model(wb, wb.optimiser.ProbeThreads);
   RunAutoFit(wb, fitTarget, model);
 }
 

@@ -15,11 +15,13 @@ class ProbeCrew;
 // simulation and reads the curve of row CurNo; n becomes NData.
 void FitObjective(Workbench& wb, const ParameterVector& parameters, int& n, FitCurve& curve);
 
-// The workbench's simulation as the model of the optimiser. Probes run in
-// parallel on copies of the workbench when more than one thread is allowed.
+// The workbench's simulation as the model of the optimiser. probeThreads 1
+// keeps the probes in the serial order on the workbench; 2 or more runs them
+// on copies; 0 lets the model choose: copies on a machine with more than one
+// core once a simulation takes long enough to pay for copying the workbench.
 class WorkbenchFitModel : public FitModel {
  public:
-  WorkbenchFitModel(Workbench& wb, int threads);
+  WorkbenchFitModel(Workbench& wb, int probeThreads);
   ~WorkbenchFitModel() override;
   void Objective(const ParameterVector& parameters, int& n, FitCurve& curve) override;
   void Probes(const std::vector<ParameterVector>& probes, std::vector<FitCurve>& curves,
@@ -27,7 +29,9 @@ class WorkbenchFitModel : public FitModel {
 
  private:
   Workbench& wb_;
-  int threads_;
+  int threads(int probes) const;
+  int probeThreads_;
+  double lastRunSeconds_ = 0;
   std::unique_ptr<ProbeCrew> crew_;
 };
 

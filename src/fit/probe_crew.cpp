@@ -80,10 +80,4 @@ void ProbeCrew::Run(const std::vector<ParameterVector>& probes, std::vector<FitC
   }
 }
 
-int ProbeThreadsFor(const Workbench& wb) {
-  if (wb.optimiser.ProbeThreads > 0) return wb.optimiser.ProbeThreads;
-  const unsigned cores = std::thread::hardware_concurrency();
-  return cores == 0 ? 1 : static_cast<int>(cores);
-}
-
 }  // namespace voltrix

@@ -29,8 +29,4 @@ class ProbeCrew {
   std::vector<std::unique_ptr<Worker>> workers_;
 };
 
-// The threads a fit uses for its probes: ProbeThreads of the optimiser
-// memory, or the cores of the machine when that is 0.
-int ProbeThreadsFor(const Workbench& wb);
-
 }  // namespace voltrix

@@ -10,8 +10,9 @@ struct OptimiserMemory {
   Table1<double, kMaxFitted + 1> CandidateVector;
   Table1<double, kMaxFitted + 1> StepVector;
   double Lambda = 0.0;
-  // Threads for the derivative probes of a pass: 0 as many as the machine
-  // has cores, 1 the serial order on the workbench itself.
+  // Threads for the derivative probes of a pass: 1 the serial order on the
+  // workbench itself, 2 or more copies of it side by side, 0 the fit's own
+  // choice by the cores of the machine and the cost of one simulation.
   int ProbeThreads = 0;
   // Simulations run for fits so far, probes included: what a fit really cost.
   long FitSimulations = 0;

@@ -125,7 +125,9 @@ TEST_F(ReferenceFit, ReportsInItsZonesAndShowsFittedValuesAsCaptions) {
   for (int i = 1; i <= 3; ++i) {
     const std::string& row = lines[at + i];
     EXPECT_EQ(ZoneValue(row, 0), i);
-    if (i > 1) EXPECT_EQ(ZoneValue(row, 1), read[i - 1]);
+    if (i > 1) {
+      EXPECT_EQ(ZoneValue(row, 1), read[i - 1]);
+    }
     EXPECT_EQ(FormatNumber(ZoneValue(row, 2, true), "0.###e-#"), wb.formExpr().control("CheckFitted", slots[i - 1]).caption());
   }
   // Pre-equilibrated at an E0 above the start, most of A is B already.

@@ -1,0 +1,67 @@
+// Auto Fit of E0, ks and C as a user runs it: on the analytical reference
+// sweep (121 points) and on a digital cyclic run (242 points), with the
+// derivative probes in the serial order (1), on two threads (2) and as the
+// fit chooses (0).
+#include <benchmark/benchmark.h>
+
+#include "analytic/run_simulation.h"
+#include "fit/fit_driver.h"
+#include "model/headless_platform.h"
+#include "ui/form_expr.h"
+#include "ui/form_ins.h"
+#include "ui/form_mech.h"
+#include "ui/workbench.h"
+
+namespace voltrix {
+namespace {
+
+struct FitCase {
+  HeadlessPlatform platform;
+  Workbench wb{platform.platform()};
+
+  // A target with E0 0 V, ks 0.005 cm/s, 1 mM and 1 percent noise; the fit
+  // starts 30 mV, a factor 2.5 and 30 percent away.
+  explicit FitCase(bool digital) {
+    wb.formMech().control("CheckDigital").setValue(digital ? 1 : 0);
+    wb.formIns().control("ComboScan").setText(digital ? "cycle" : "single");
+    wb.formExpr().control("Eze", 1).setText("0");
+    wb.formExpr().control("ks", 1).setText("0.005");
+    wb.formIns().control("Noise").setText("1");
+    wb.formExpr().OK();
+    RunSimulation(wb);
+    wb.formIns().control("Noise").setText("0");
+    wb.formExpr().control("Eze", 1).setText("0.03");
+    wb.formExpr().control("ks", 1).setText("0.002");
+    wb.formExpr().control("C", 1).setText("1.3e-3");
+    for (int slot : {1, 7, 13}) wb.formExpr().control("CheckFitted", slot).setValue(1);
+  }
+};
+
+void RunFit(benchmark::State& state, bool digital) {
+  FitCase prepared(digital);
+  HeadlessPlatform platform;
+  Workbench wb(platform.platform());
+  long simulations = 0;
+  for (auto _ : state) {
+    state.PauseTiming();
+    wb.copyStateFrom(prepared.wb);
+    wb.optimiser.ProbeThreads = static_cast<int>(state.range(0));
+    const long before = wb.optimiser.FitSimulations;
+    state.ResumeTiming();
+    AutoFit(wb);
+    simulations = wb.optimiser.FitSimulations - before;
+  }
+  if (!platform.messages.shown.empty()) state.SkipWithError(platform.messages.shown.front().c_str());
+  state.counters["simulations"] = static_cast<double>(simulations);
+}
+
+void BM_AutoFitAnalyticalSweep(benchmark::State& state) { RunFit(state, false); }
+void BM_AutoFitDigitalCycle(benchmark::State& state) { RunFit(state, true); }
+
+BENCHMARK(BM_AutoFitAnalyticalSweep)->Arg(1)->Arg(2)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_AutoFitDigitalCycle)->Arg(1)->Arg(2)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+}  // namespace
+}  // namespace voltrix
+
+BENCHMARK_MAIN();
