@@ -21,9 +21,10 @@ struct FitCase {
 
   // A target with E0 0 V, ks 0.005 cm/s, 1 mM and 1 percent noise; the fit
   // starts 30 mV, a factor 2.5 and 30 percent away.
-  explicit FitCase(bool digital) {
+  explicit FitCase(bool digital, const char* step = "0.005") {
     wb.formMech().control("CheckDigital").setValue(digital ? 1 : 0);
     wb.formIns().control("ComboScan").setText(digital ? "cycle" : "single");
+    wb.formIns().control("Estep").setText(step);
     wb.formExpr().control("Eze", 1).setText("0");
     wb.formExpr().control("ks", 1).setText("0.005");
     wb.formIns().control("Noise").setText("1");
@@ -37,8 +38,8 @@ struct FitCase {
   }
 };
 
-void RunFit(benchmark::State& state, bool digital) {
-  FitCase prepared(digital);
+void RunFit(benchmark::State& state, bool digital, const char* step = "0.005") {
+  FitCase prepared(digital, step);
   HeadlessPlatform platform;
   Workbench wb(platform.platform());
   long simulations = 0;
@@ -57,9 +58,25 @@ void RunFit(benchmark::State& state, bool digital) {
 
 void BM_AutoFitAnalyticalSweep(benchmark::State& state) { RunFit(state, false); }
 void BM_AutoFitDigitalCycle(benchmark::State& state) { RunFit(state, true); }
+// 1 mV steps, 1202 points: a simulation long enough for the probes to
+// show what a second core gives.
+void BM_AutoFitDigitalFineCycle(benchmark::State& state) { RunFit(state, true, "0.001"); }
+
+// What a pass pays to run its probes on copies: the copy of a workbench.
+void BM_WorkbenchCopy(benchmark::State& state) {
+  FitCase prepared(true);
+  HeadlessPlatform platform;
+  Workbench wb(platform.platform());
+  for (auto _ : state) {
+    wb.copyStateFrom(prepared.wb);
+    benchmark::DoNotOptimize(wb.store.YData.row(1));
+  }
+}
 
 BENCHMARK(BM_AutoFitAnalyticalSweep)->Arg(1)->Arg(2)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_AutoFitDigitalCycle)->Arg(1)->Arg(2)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_AutoFitDigitalFineCycle)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_WorkbenchCopy)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace voltrix
