@@ -75,13 +75,6 @@ TEST(SeparateCommands, TwoReactionsGiveFourRowsThatAddUpToTheTotal) {
   EXPECT_FALSE(e.AutoFitFlag);
 }
 
-TEST(SeparateCommands, OneReactionGivesThreeCurves) {
-  FitBench b(1);
-  b.Simulate();
-  ASSERT_TRUE(RunMenuCommand(b.wb, "mnuManualSeparate"));
-  EXPECT_EQ(b.wb.experiment.NCurves, 3);
-}
-
 TEST(SeparateCommands, AFailedAutoFitStillEndsWithTheSeparatedCurves) {
   FitBench b(1);
   b.Simulate();
@@ -90,7 +83,7 @@ TEST(SeparateCommands, AFailedAutoFitStillEndsWithTheSeparatedCurves) {
   ASSERT_TRUE(RunMenuCommand(b.wb, "mnuAutoSeparate"));
   ASSERT_EQ(b.hw.messages().size(), 1u);
   EXPECT_EQ(b.hw.messages()[0].rfind("Fit Error: ", 0), 0u);
-  EXPECT_EQ(b.wb.experiment.NCurves, 3);
+  EXPECT_EQ(b.wb.experiment.NCurves, 3);  // one reaction: three curves
   for (int i = 1; i <= 121; ++i) ASSERT_EQ(b.wb.store.YData(3, i), b.wb.store.YSim(1, i));
   EXPECT_EQ(b.Drawn(), 2);
 }

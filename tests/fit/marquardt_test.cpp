@@ -149,17 +149,6 @@ TEST(MarquardtReferenceProblems, ReachTheCertifiedSumsOfSquares) {
   }
 }
 
-// Each pass costs 2K probes plus its attempts; only attempts and the first
-// evaluation count as evaluations.
-TEST(MarquardtReferenceProblems, EvaluationsLeaveTheProbesOut) {
-  CurveModel model(kMisra1a.x, Exponential);
-  OptimiserMemory memory;
-  ParameterVector b = Vec({500, 1e-4});
-  const Outcome out = Fit(model, memory, 2, b, kLow, kHigh, kMisra1a.y);
-  EXPECT_EQ(out.evaluations.value(), 1 + out.passes + out.marquardts);
-  EXPECT_EQ(model.calls, out.evaluations.value() + 4 * out.passes);
-}
-
 // A straight line is fitted exactly by one undamped Gauss-Newton step.
 class LineFit : public ::testing::Test {
  protected:
