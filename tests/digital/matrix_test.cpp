@@ -177,12 +177,5 @@ TEST(MatrixProduct, BlocksAndColumnsAgainstHandValues) {
   EXPECT_EQ(y(2), 11);
 }
 
-TEST(SwapValues, ExchangesTheTwo) {
-  double a = 1.5, b = -2.5;
-  SwapValues(a, b);
-  EXPECT_EQ(a, -2.5);
-  EXPECT_EQ(b, 1.5);
-}
-
 }  // namespace
 }  // namespace voltrix
