@@ -166,6 +166,19 @@ void MainWindow::runCommand(const std::string& menuName) {
     return;
   }
   syncForms();
+  // A command that shows a window already open brings it to the front.
+  static const std::map<std::string, std::string> shows = {
+      {"mnuTech", "FormTech"},      {"mnuMechamism", "FormMech"},     {"mnuInstrument", "FormIns"},
+      {"mnuExperimental", "FormExpr"}, {"mnuOption", "formOption"},   {"mnuSimulate", "FormPlot"},
+      {"mnuPlot", "FormPlot"},      {"mnuNextCurve", "FormResult"}, {"mnuTime", "FormResult"},
+      {"mnuAbout", "FormAbout"}};
+  if (auto it = shows.find(menuName); it != shows.end()) {
+    QMdiSubWindow* w = window(it->second);
+    if (w && w->isVisible()) {
+      w->raise();
+      area_->setActiveSubWindow(w);
+    }
+  }
 }
 
 void MainWindow::runEdit(const std::function<void()>& edit) {

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QPrinterInfo>
@@ -153,6 +154,13 @@ class WindowTest : public QObject {
     p.menu("mnuInstrument");
     QVERIFY(p.window.window("FormIns")->isVisible());
     QCOMPARE(p.in<QLineEdit>("FormIns", "V")->text(), QString("0.25"));
+
+    // Asking again for a window that stands behind others brings it forward.
+    auto* area = p.window.findChild<QMdiArea*>("MdiArea");
+    QVERIFY(area);
+    QCOMPARE(area->activeSubWindow(), p.window.window("FormIns"));
+    p.menu("mnuTech");
+    QCOMPARE(area->activeSubWindow(), p.window.window("FormTech"));
   }
 
   void simulateDrawsACurveAndEnablesDisplayAndAnalysis() {
