@@ -9,6 +9,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QPrinterInfo>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -257,6 +258,28 @@ class WindowTest : public QObject {
     QVERIFY(DarkPixels(clip, clip.rect()) > 50);
   }
 
+
+  void resultWindowShowsPrintedLinesAndClears() {
+    Program p;
+    p.menu("mnuSimulate");
+    p.menu("mnuTime");
+    p.menu("mnuNextCurve");
+    QMdiSubWindow* result = p.window.window("FormResult");
+    QVERIFY(result && result->isVisible());
+    auto* text = qobject_cast<QPlainTextEdit*>(result->widget());
+    QVERIFY(text);
+    const QStringList lines = text->toPlainText().split('\n');
+    QCOMPARE(lines.size(), 2);
+    QVERIFY(lines[0].startsWith("time = ") && lines[0].endsWith(" s"));
+    QCOMPARE(lines[1], QString("Curve Number is  1 "));
+    QVERIFY(text->isReadOnly());
+    text->selectAll();
+    QCOMPARE(text->textCursor().selectedText().size(), text->toPlainText().size());
+
+    p.menu("mnuClear");
+    QVERIFY(text->toPlainText().isEmpty());
+    QVERIFY(p.window.platform().plot.hasPicture());  // the plot stays
+  }
 
   void fileFiltersBecomeQtNameFilters() {
     QCOMPARE(QtNameFilter("Curve (*.csv)|*.csv|All Files|*.*"), QString("Curve (*.csv);;All Files (*.*)"));
