@@ -1,6 +1,7 @@
 // "&Save...", "&Export Data..." and "&Import Data..." from the menu, on real
 // files in a scratch folder.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -27,7 +28,7 @@ struct Scratch {
     static int count = 0;
     dir = fs::temp_directory_path() /
           ("voltrix-file-commands-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()) +
-           "-" + std::to_string(++count));
+           "-" + std::to_string(::getpid()) + "-" + std::to_string(++count));
     fs::remove_all(dir);
     fs::create_directories(dir);
   }

@@ -1,6 +1,7 @@
 #include "files/safe_write.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -17,7 +18,7 @@ namespace fs = std::filesystem;
 struct TempFolder {
   fs::path path;
   TempFolder() {
-    path = fs::temp_directory_path() / ("voltrix-safe-write-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "-" +
+    path = fs::temp_directory_path() / ("voltrix-safe-write-" + std::to_string(::getpid()) + "-" +
                                         ::testing::UnitTest::GetInstance()->current_test_info()->name());
     fs::remove_all(path);
     fs::create_directories(path);
