@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "analytic/constants.h"
@@ -28,6 +29,19 @@ void AddSphericalTerm(const Experiment& e, const XAxis& X, SimRows& Y, double cu
   }
 }
 
+// With one reaction the sum row is a copy of row 1, so its transform is
+// too: the O(N^2) convolution runs once instead of twice.
+void SemiDifferentiateRows(const Experiment& e, const XAxis& X, SimRows& Y) {
+  const int n = PointCount(e), total = TotalRow(e);
+  const bool sumIsRowOne = total == 2 && std::equal(Y.row(1) + 1, Y.row(1) + n + 1, Y.row(total) + 1);
+  for (int row = 1; row <= total; ++row) {
+    if (row == total && sumIsRowOne)
+      std::copy(Y.row(1) + 1, Y.row(1) + n + 1, Y.row(total) + 1);
+    else
+      SemiDifferentiateRow(X.data(), Y.row(row), n);
+  }
+}
+
 }  // namespace
 
 void SumReactionRows(const Experiment& e, SimRows& Y) {
@@ -42,8 +56,7 @@ void ApplySumRowSteps(const Experiment& e, const XAxis& X, SimRows& Y, double cu
   const int code = static_cast<int>(e.Code.value());
   const int technique = static_cast<int>(e.Technique.value());
   // A sweep's memory of the past: the closed forms are step responses.
-  if ((code >= 11 && code <= 16) || code == 18)
-    for (int row = 1; row <= TotalRow(e); ++row) SemiDifferentiateRow(X.data(), Y.row(row), PointCount(e));
+  if ((code >= 11 && code <= 16) || code == 18) SemiDifferentiateRows(e, X, Y);
   if (code >= 12 && code <= 16) AddSphericalTerm(e, X, Y, currentScale);
   if (code == 17)
     for (int row = 1; row <= TotalRow(e); ++row) DifferentiateRow(X.data(), Y.row(row), PointCount(e));
