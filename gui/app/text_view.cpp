@@ -2,6 +2,7 @@
 
 #include <QFontDatabase>
 #include <QPointer>
+#include <QScrollBar>
 
 #include "form_view.h"
 #include "ui/text_window.h"
@@ -13,10 +14,15 @@ TextView::TextView(TextWindow& window, QWidget* parent) : QPlainTextEdit(parent)
   setReadOnly(true);
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   setLineWrapMode(QPlainTextEdit::NoWrap);
-  // Reports line numbers up in print zones of 14 characters: a fixed pitch
-  // keeps those columns straight on screen.
-  QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  font.setPointSizeF(window.font().size + 0.75);
+  // The result window lines numbers up in print zones of 14 characters: a
+  // fixed pitch keeps those columns straight. Other windows keep the form's font.
+  QFont font(QString::fromStdString(window.font().name));
+  font.setStyleHint(QFont::SansSerif);
+  font.setPointSizeF(window.font().size);
+  if (window.name() == "FormResult") {
+    font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(window.font().size + 0.75);
+  }
   font.setBold(window.font().bold);
   setFont(font);
   for (const std::string& line : window.lines()) appendPlainText(QString::fromStdString(line));
@@ -25,8 +31,12 @@ TextView::TextView(TextWindow& window, QWidget* parent) : QPlainTextEdit(parent)
   QPointer<TextView> self(this);
   window.addLineObserver([self](const std::string* line) {
     if (!self) return;
-    if (line) self->appendPlainText(QString::fromStdString(*line));
-    else self->clear();
+    if (line) {
+      self->appendPlainText(QString::fromStdString(*line));
+      self->horizontalScrollBar()->setValue(0);  // a long line does not hide the start of the others
+    } else {
+      self->clear();
+    }
   });
 }
 
