@@ -155,7 +155,10 @@ void MainWindow::updateMenu(const Control* c) {
 }
 
 void MainWindow::runCommand(const std::string& menuName) {
+  // Every command shows the busy pointer while it runs (dialogs lift it).
+  QApplication::setOverrideCursor(Qt::WaitCursor);
   RunMenuCommand(*wb_, menuName);
+  QApplication::restoreOverrideCursor();
   // A command that ended on an error it did not handle must not leave the
   // hourglass behind.
   platform_.pointer.set(Pointer::kDefault);

@@ -16,8 +16,29 @@
 
 namespace voltrix {
 
+namespace {
+// A dialog asks for the user: while it is open the busy pointer of a running
+// command is lifted, and put back afterwards.
+class PointerLift {
+ public:
+  PointerLift() {
+    while (QApplication::overrideCursor()) {
+      QApplication::restoreOverrideCursor();
+      ++lifted_;
+    }
+  }
+  ~PointerLift() {
+    for (int i = 0; i < lifted_; ++i) QApplication::setOverrideCursor(Qt::WaitCursor);
+  }
+
+ private:
+  int lifted_ = 0;
+};
+}  // namespace
+
 void QtMessageBox::show(const std::string& text) {
   if (intercept) return intercept(text);
+  const PointerLift lift;
   QMessageBox box(QMessageBox::NoIcon, QStringLiteral("Voltrix"), QString::fromStdString(text), QMessageBox::Ok,
                   parent.data());
   box.exec();
@@ -39,6 +60,7 @@ QString QtNameFilter(const std::string& filter) {
 
 std::optional<std::string> QtFileDialog::ask(DialogMode mode, const std::string& filter) {
   if (intercept) return intercept(mode, filter);
+  const PointerLift lift;
   const QString qfilter = QtNameFilter(filter);
   const QString name = mode == DialogMode::Save ? QFileDialog::getSaveFileName(parent.data(), QString(), QString(), qfilter)
                                                 : QFileDialog::getOpenFileName(parent.data(), QString(), QString(), qfilter);

@@ -171,6 +171,7 @@ class WindowTest : public QObject {
     QVERIFY(plot && plot->isVisible());
     QVERIFY(p.window.action("mnuDisplay")->isEnabled());
     QVERIFY(p.window.action("mnuData")->isEnabled());
+    QVERIFY(!QApplication::overrideCursor());  // the hourglass is gone afterwards
     const DisplayList& picture = p.window.platform().plot;
     QVERIFY(picture.hasPicture());
     // The curve, point by point (Curve 1 draws boxes; the first box is the
