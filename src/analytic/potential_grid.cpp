@@ -7,7 +7,6 @@ namespace voltrix {
 
 void BuildPotentialGrid(Experiment& e, XAxis& X) {
   e.dirSign = e.Eend > e.Estart ? 1 : -1;
-  e.NTotalRow = e.NCharge + 1;
   e.NHalf = CInt(Div(std::fabs(e.Eend - e.Estart), e.Estep)) + 1.0;
   e.NData = (e.NHalf * 2) * e.Cycles;
   const long half = static_cast<long>(e.NHalf.value());

@@ -29,6 +29,7 @@ void RunSteps(Workbench& wb) {
   CurveStore& s = wb.store;
   StartCurve(wb);
   const double currentScale = Checked((e.ARE * kFaraday) * 0.001);
+  e.NTotalRow = e.NCharge + 1;
   BuildPotentialGrid(e, s.XData);
   ClearSimulatedRows(e, s.YSim);
   if (e.Digital) {

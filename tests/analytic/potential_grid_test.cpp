@@ -14,7 +14,6 @@ Experiment Scan(double estart, double eend, double estep, double cycles) {
   e.Eend = eend;
   e.Estep = estep;
   e.Cycles = cycles;
-  e.NCharge = 1;
   return e;
 }
 
@@ -26,7 +25,6 @@ TEST(PotentialGrid, CountsFollowScanMode) {
     EXPECT_EQ(e.dirSign, -1);
     EXPECT_EQ(e.NHalf, 121);
     EXPECT_EQ(e.NData, 242 * cycles);
-    EXPECT_EQ(e.NTotalRow, 2);
   }
   // Equal potentials count as a negative scan of one point.
   Experiment flat = Scan(0.1, 0.1, 0.005, 0.5);

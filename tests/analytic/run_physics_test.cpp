@@ -241,6 +241,13 @@ TEST(ChargingCurrent, FollowsScanDirection) {
   for (int i = 1; i <= 121; ++i) ASSERT_NEAR(charged.y(i) - clean.y(i), Q, 1e-15) << i;
   for (int i = 122; i <= 242; ++i) ASSERT_NEAR(charged.y(i) - clean.y(i), -Q, 1e-15) << i;
 
+  // A one-way negative scan is cathodic all along: Q on every point.
+  AnalyticRun single, singleCharged;
+  single.run();
+  singleCharged.ins("Cdl", "2e-5");
+  singleCharged.run();
+  for (int i : {1, 67, 121}) EXPECT_NEAR(singleCharged.y(i) - single.y(i), Q, 1e-15) << i;
+
   AnalyticRun dc, dcCharged;
   dc.technique(2);
   dc.run();
