@@ -222,8 +222,15 @@ void RunAutoFit(Workbench& wb, const FitCurve& fitTarget, FitModel& model) {
   }
 }
 
+namespace {
+// A fit runs to its end before anything else: a front end that repaints
+// during a fit must not start another one inside it.
+bool FitUnderWay(const Workbench& wb) { return wb.experiment.AutoFitFlag; }
+}  // namespace
+
 void AutoFit(Workbench& wb) {
   Experiment& e = wb.experiment;
+  if (FitUnderWay(wb)) return;
   FitCommandScope scope(wb);
   e.CurNo = 1;
   wb.formOption().control("overlap").setValue(0);
@@ -239,6 +246,7 @@ void AutoFit(Workbench& wb) {
 }
 
 void ManualFit(Workbench& wb) {
+  if (FitUnderWay(wb)) return;
   FitCommandScope scope(wb);
   wb.formExpr().OK();
   RunSimulation(wb);

@@ -24,11 +24,13 @@ void SeparateReactions(Workbench& wb) {
 }  // namespace
 
 void ManualSeparate(Workbench& wb) {
+  if (wb.experiment.AutoFitFlag) return;  // a fit under way runs to its end first
   ManualFit(wb);
   SeparateReactions(wb);
 }
 
 void AutoSeparate(Workbench& wb) {
+  if (wb.experiment.AutoFitFlag) return;
   AutoFit(wb);
   SeparateReactions(wb);
 }

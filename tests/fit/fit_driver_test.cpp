@@ -153,6 +153,22 @@ TEST_F(ReferenceFit, ReportsInItsZonesAndShowsFittedValuesAsCaptions) {
   EXPECT_FALSE(wb.experiment.AutoFitFlag);
 }
 
+// The result window shows each pass as it comes; a fit started from there
+// (a front end handling events meanwhile) must not run inside the first.
+TEST_F(ReferenceFit, AFitAskedForDuringAFitDoesNotStart) {
+  int nested = 0;
+  wb.formResult().addLineObserver([&](const std::string* line) {
+    if (line && line->rfind("Least square", 0) == 0 && nested++ == 0) {
+      AutoFit(wb);
+      ManualSeparate(wb);
+    }
+  });
+  AutoFit(wb);
+  EXPECT_EQ(LinesStartingWith(wb.formResult(), "No.  ").size(), 1u);
+  EXPECT_EQ(wb.experiment.NCurves, 2);
+  EXPECT_FALSE(wb.experiment.AutoFitFlag);
+}
+
 TEST_F(ReferenceFit, LimitsInTheWrongOrderHoldTheParameterAtTheLowerOne) {
   wb.formExpr().control("TextCmin", 13).setText("0.1");
   wb.formExpr().control("TextCmax", 13).setText("0.05");
