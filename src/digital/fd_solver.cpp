@@ -160,6 +160,7 @@ void LinearElimination(StepTables& t, StepWork& w, MessageBox& messages) {
     } else {
       InvertBoxBlock(w, j + 1, n, messages);
       ReduceBlock(t, w, t.Block[j], j);
+      w.blockTimesKBoxInverseReady = false;
     }
     for (int i = 1; i <= n; ++i) base[i] = t.Conc[i][j];
     ReduceRight(t, w, base, j, n);
@@ -182,6 +183,7 @@ const Matrix& KBoxInverse(const StepTables& t, StepWork& w, MessageBox& messages
     return w.KBoxInverse;
   }
   CountingMessages counted(messages);
+  w.blockTimesKBoxInverseReady = false;
   w.KBoxSeen = t.KBox;
   w.KBoxInverse = t.KBox;
   w.KBoxReady = false;
@@ -195,9 +197,12 @@ const Matrix& KBoxInverse(const StepTables& t, StepWork& w, MessageBox& messages
 void LinearElectrode(StepTables& t, StepWork& w, MessageBox& messages) {
   const int n = t.n;
   const Matrix& Q = KBoxInverse(t, w, messages);
-  Matrix& GQ = w.product;
+  Matrix& GQ = w.blockTimesKBoxInverse;
   Matrix& M = w.electrode;
-  MatrixProduct(w.GBlock[1], Q, n, n, n, GQ);
+  if (!w.blockTimesKBoxInverseReady) {
+    MatrixProduct(w.GBlock[1], Q, n, n, n, GQ);
+    w.blockTimesKBoxInverseReady = true;
+  }
   MatrixProduct(GQ, t.KSurf, n, n, n, M);
   for (int i = 1; i <= n; ++i) M(i, i) = Checked(M(i, i) - t.Lo[1][i]);
   InvertMatrix(M, n, messages);
@@ -283,6 +288,7 @@ void NewtonElimination(const StepTables& t, StepWork& w, MessageBox& messages) {
   const int n = t.n, N = t.N;
   w.linearBlocksReady = false;  // the kept blocks of the linear solver are overwritten
   w.allDiagonal = false;
+  w.blockTimesKBoxInverseReady = false;
   w.GBlock[N] = w.JFull[N];
   for (int i = 1; i <= n; ++i) w.GRight[N](i) = Checked(w.RightBase[N](i) + t.Up[N][i] * w.CPrev[N + 1][i]);
   for (int j = N - 1; j >= 1; --j) {

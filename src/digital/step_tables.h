@@ -45,7 +45,9 @@ struct StepWork {
   // stays the same.
   Matrix KBoxSeen, KBoxInverse;
   bool KBoxReady = false, KBoxSingular = false;
-  Matrix electrode, product;  // scratch of the electrode step
+  Matrix electrode;
+  Matrix blockTimesKBoxInverse;  // GBlock(1) KBox^-1, kept while both stand
+  bool blockTimesKBoxInverseReady = false;
   // Newton passes of the nonlinear solver.
   Matrix JPart[kBoxStorage], JRest[kBoxStorage], JFull[kBoxStorage];
   Column RightBase[kBoxStorage];
