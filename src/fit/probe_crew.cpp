@@ -1,5 +1,6 @@
 #include "fit/probe_crew.h"
 
+#include <system_error>
 #include <thread>
 
 #include "fit/fit_driver.h"
@@ -59,15 +60,22 @@ void ProbeCrew::Run(const std::vector<ParameterVector>& probes, std::vector<FitC
     }
   };
   std::vector<std::thread> threads;
-  for (std::size_t w = 1; w < crew; ++w) threads.emplace_back(work, w);
-  work(0);
+  bool spawned = true;
+  for (std::size_t w = 1; w < crew && spawned; ++w) {
+    try {
+      threads.emplace_back(work, w);
+    } catch (const std::system_error&) {
+      spawned = false;  // no thread to be had: the serial order below does it all
+    }
+  }
+  if (spawned) work(0);
   for (auto& t : threads) t.join();
 
   // A probe whose run failed (it showed a message or raised) left the curve
   // of the run before it, which on a copy is another curve than in the
   // serial order. Such passes are rare: they run again, serially, on the
   // workbench itself, so messages, curves and state are the serial ones.
-  bool troubled = false;
+  bool troubled = !spawned;
   for (const ProbeOutcome& o : outcomes) troubled = troubled || o.troubled;
   if (troubled) {
     for (std::size_t p = 0; p < total; ++p) FitObjective(wb_, probes[p], counts[p], curves[p]);
