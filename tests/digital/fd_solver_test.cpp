@@ -117,7 +117,13 @@ TEST(SolveLinearStep, KeptBlocksGiveIdenticalResultsToFreshOnes) {
   Grid fresh = MakeGrid(3, 12, false, 5);
   kept.t->KSurf(1, 2) = -0.4;  // a relation that couples the species
   fresh.t->KSurf(1, 2) = -0.4;
-  for (int step = 0; step < 5; ++step) {
+  for (int step = 0; step < 6; ++step) {
+    // The relation changes from step to step as the potential moves, and
+    // once the box side of it changes too.
+    for (Grid* g : {&kept, &fresh}) {
+      g->t->KSurf(1, 1) = 1 + 0.3 * step;
+      if (step == 3) g->t->KBox(2, 1) = 1;
+    }
     SolveLinearStep(*kept.t, *kept.w, messages);
     fresh.w = std::make_unique<StepWork>();
     SolveLinearStep(*fresh.t, *fresh.w, messages);
