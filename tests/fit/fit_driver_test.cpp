@@ -169,6 +169,31 @@ TEST_F(ReferenceFit, AFitAskedForDuringAFitDoesNotStart) {
   EXPECT_FALSE(wb.experiment.AutoFitFlag);
 }
 
+// The simulation of the workbench, with the trial values of each run kept.
+class RecordingModel : public WorkbenchFitModel {
+ public:
+  using WorkbenchFitModel::WorkbenchFitModel;
+  void Objective(const ParameterVector& p, int& n, FitCurve& curve) override {
+    tried.push_back(p);
+    WorkbenchFitModel::Objective(p, n, curve);
+  }
+  std::vector<ParameterVector> tried;
+};
+
+TEST_F(ReferenceFit, AValueOutsideItsLimitsStartsAtTheLimit) {
+  wb.formExpr().control("Eze", 1).setText("0.35");
+  wb.formExpr().control("ks", 1).setText("200");  // above 100
+  wb.experiment.AutoFitFlag = true;
+  wb.formExpr().OK();
+  FitCurve target = NewFitCurve();
+  for (int l = 1; l <= 121; ++l) target[l] = wb.store.YData(1, l);
+  RecordingModel model(wb, 1);
+  RunAutoFit(wb, target, model);
+  ASSERT_FALSE(model.tried.empty());
+  EXPECT_EQ(model.tried[0](2), 100);   // ks, slot 7
+  EXPECT_EQ(model.tried[0](3), 0.2);   // Eze, slot 13
+}
+
 TEST_F(ReferenceFit, LimitsInTheWrongOrderHoldTheParameterAtTheLowerOne) {
   wb.formExpr().control("TextCmin", 13).setText("0.1");
   wb.formExpr().control("TextCmax", 13).setText("0.05");
