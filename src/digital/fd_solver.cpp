@@ -74,12 +74,6 @@ void LinearFarEnd(StepTables& t, StepWork& w) {
   for (int i = 1; i <= t.n; ++i) w.GRight[N](i) = Checked(t.Conc[i][N] + t.Up[N][i] * t.Conc[i][N + 1]);
 }
 
-// Raises the error of a value that is not finite, as Checked would.
-inline double Finite(double x) {
-  if (!std::isfinite(x)) Checked(x);
-  return x;
-}
-
 void NoteDiagonalInverses(const StepTables& t, StepWork& w) {
   w.allDiagonal = true;
   for (int j = 2; j <= t.N; ++j) {
@@ -101,7 +95,7 @@ void DiagonalEliminationOf(StepTables& t, StepWork& w) {
     double* right = w.GRight[j].v;
 #pragma GCC unroll 6
     for (int i = 1; i <= n; ++i) {
-      carried[i] = Finite(t.Conc[i][j] + up[i] * Finite(inverse[i] * carried[i]));
+      carried[i] = Checked(t.Conc[i][j] + up[i] * Checked(inverse[i] * carried[i]));
       right[i] = carried[i];
     }
   }
@@ -117,7 +111,7 @@ void DiagonalSubstitutionOf(StepTables& t, StepWork& w) {
     const double* lo = t.Lo[j];
 #pragma GCC unroll 6
     for (int i = 1; i <= n; ++i) {
-      carried[i] = Finite(inverse[i] * Finite(right[i] + lo[i] * carried[i]));
+      carried[i] = Checked(inverse[i] * Checked(right[i] + lo[i] * carried[i]));
       t.Conc[i][j] = carried[i];
     }
   }
