@@ -18,11 +18,11 @@ int TwipsToPixels(int twips, double dpi) { return static_cast<int>(std::lround(t
 
 namespace {
 
-QFont FontOf(const FontSpec& spec) {
-  QFont font(QString::fromStdString(spec.name));
+QFont FontOf(const FontSpec& wanted) {
+  QFont font(QString::fromStdString(wanted.name));
   font.setStyleHint(QFont::SansSerif);
-  font.setPointSizeF(spec.size);
-  font.setBold(spec.bold);
+  font.setPointSizeF(wanted.size);
+  font.setBold(wanted.bold);
   // The forms were laid out for a narrow bitmap sans serif; the usual
   // substitutes run wider, so they are narrowed to keep captions within
   // their controls.
