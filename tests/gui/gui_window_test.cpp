@@ -282,6 +282,30 @@ class WindowTest : public QObject {
     QVERIFY(p.window.platform().plot.hasPicture());  // the plot stays
   }
 
+  void noDataLeavesTheWindowBlankAndAResizeDoesNotRepeatTheMessage() {
+    Program p;
+    p.menu("mnuSimulate");
+    p.menu("mnuOption");
+    auto* xauto = p.in<QCheckBox>("formOption", "Xauto");
+    QVERIFY(xauto);
+    QTest::mouseClick(xauto, Qt::LeftButton, {}, QPoint(5, xauto->height() / 2));
+    auto* xmin = p.in<QLineEdit>("formOption", "XminText");
+    auto* xmax = p.in<QLineEdit>("formOption", "XmaxText");
+    QVERIFY(xmin && xmax && xmin->isVisible());
+    p.type(xmin, "0.2");
+    p.type(xmax, "0.2");
+    QTest::mouseClick(p.in<QPushButton>("formOption", "cmdOK"), Qt::LeftButton);
+    QCoreApplication::processEvents();
+    QCOMPARE(p.messages, std::vector<std::string>{"Error: No data!"});
+    QVERIFY(!p.window.platform().plot.hasPicture());
+
+    QMdiSubWindow* plot = p.window.window("FormPlot");
+    plot->resize(plot->width() + 50, plot->height() + 50);
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    QCOMPARE(p.messages.size(), std::size_t(1));
+  }
+
   void fileFiltersBecomeQtNameFilters() {
     QCOMPARE(QtNameFilter("Curve (*.csv)|*.csv|All Files|*.*"), QString("Curve (*.csv);;All Files (*.*)"));
     QCOMPARE(QtNameFilter("Parameter|*.par;*.txt"), QString("Parameter (*.par *.txt)"));
