@@ -23,6 +23,10 @@ double FilmPotential(const Experiment& e, int r, double Sox) {
 
 }  // namespace
 
+double CatalyticTime(const Experiment& e) { return Technique(e) <= 2 ? e.td.value() : e.tp.value(); }
+
+double CatalyticRoot(const Experiment& e) { return Sqrt(Checked(e.kf(1) * CatalyticTime(e))); }
+
 ReactionInputs SetUpReaction(const Experiment& e, int r, double currentScale) {
   const int code = static_cast<int>(e.Code.value());
   const int mechanism = static_cast<int>(e.Mechanism.value());
@@ -44,8 +48,8 @@ ReactionInputs SetUpReaction(const Experiment& e, int r, double currentScale) {
     in.Cred = e.C(2 * r);
   }
   if (mechanism == 7) {
-    in.Tau = Technique(e) <= 2 ? e.td.value() : e.tp.value();
-    in.CatRoot = Sqrt(Checked(e.kf(1) * in.Tau));
+    in.Tau = CatalyticTime(e);
+    in.CatRoot = CatalyticRoot(e);
     in.CatScale = Checked((in.CatRoot * kRootPi) * currentScale);
   }
   if (code == 17) {

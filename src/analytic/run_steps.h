@@ -14,7 +14,7 @@ using SimRows = Table2<double, 9, kMaxPoints + 1>;
 constexpr int kCatalyticRow = 8;  // YSim row of mechanism 7's regeneration term
 
 // dirSign, NHalf and NData, then XData: one sweep from Estart in steps of
-// Estep, mirrored for "cycle", repeated for "2 cycles".
+// Estep, mirrored for "cycle", repeated for "2 cycles". Raises at point 4001.
 void BuildPotentialGrid(Experiment& e, XAxis& X);
 
 // Everything a kernel needs of charge reaction r besides the potential.
@@ -26,6 +26,11 @@ struct ReactionInputs {
   double Tau = 0, CatRoot = 0, CatScale = 0;  // mechanism 7
   double FilmScale = 0;                       // Code 17
 };
+
+// Mechanism 7: Tau (td for a sweep or DC, tp for pulses) and
+// CatRoot = sqrt(kf(1) * Tau), the catalytic rate on the time of a point.
+double CatalyticTime(const Experiment& e);
+double CatalyticRoot(const Experiment& e);
 
 // Species pair, potential and the mechanism's constants of reaction r.
 ReactionInputs SetUpReaction(const Experiment& e, int r, double currentScale);
@@ -65,7 +70,8 @@ class RunNoise {
   double s_;
 };
 
-// Noise percent of Big, 0.25 % of Big per percent and standard deviation.
+// Gaussian noise on the sum row: each percent of Noise is a standard
+// deviation of 0.25 % of Big. None for a fit run.
 void AddNoise(const Experiment& e, SimRows& Y, double big);
 
 }  // namespace voltrix

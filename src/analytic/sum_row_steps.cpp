@@ -66,7 +66,7 @@ void ApplySumRowSteps(const Experiment& e, const XAxis& X, SimRows& Y, double cu
     if (technique >= 1 && technique <= 3) {
       for (int i = 1; i <= PointCount(e); ++i) sum[i] = Checked(sum[i] + cat[i]);
     } else if (technique == 4 || technique == 5) {
-      const double catRoot = Sqrt(Checked(e.kf(1) * e.tp));
+      const double catRoot = CatalyticRoot(e);
       for (int i = 1; i <= PointCount(e); ++i) sum[i] = Checked((sum[i] * catRoot) / 1.38);
     }
   }
