@@ -62,7 +62,15 @@ struct DrawCall {
 class RecordingSurface : public DrawingSurface {
  public:
   void show() override { calls.push_back({"show", {}, {}}); }
-  void clear() override { calls.push_back({"clear", {}, {}}); }
+  // Only the picture since the last clear can still be seen: older calls are
+  // dropped so that a long session does not grow without bound. The show
+  // that opens the new picture stays with it.
+  void clear() override {
+    std::size_t drop = calls.size();
+    if (drop > 0 && calls.back().op == "show") --drop;
+    calls.erase(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(drop));
+    calls.push_back({"clear", {}, {}});
+  }
   void setScale(float l, float t, float r, float b) override { calls.push_back({"scale", {l, t, r, b}, {}}); }
   void setTextPosition(float x, float y) override { calls.push_back({"textpos", {x, y}, {}}); }
   void printLine(const std::string& text) override { calls.push_back({"print", {}, text}); }
