@@ -144,6 +144,27 @@ TEST(Simulate, CommitFaultRestoresThePointer) {
   EXPECT_EQ(d.hp.pointer.shapes.back(), 0);
 }
 
+// Showing surface concentrations, a run plots one row per species and
+// keeps its current in YSim only; going back to the current rebuilds it.
+TEST(Simulate, SurfaceConcentrationsReplaceTheCurveUntilCurrentIsChosenAgain) {
+  Desk d;
+  Control& quantity = d.wb.formOption().control("ComboY");
+  quantity.setText("surface concentration C");
+  d.wb.formOption().control("cmdOK").click();
+  ASSERT_TRUE(d.run("mnuSimulate"));
+  const Experiment& e = d.wb.experiment;
+  const CurveStore& s = d.wb.store;
+  ASSERT_GE(e.NSpecies, 2);
+  EXPECT_EQ(e.NCurves, e.NSpecies);
+  const int total = static_cast<int>(e.NTotalRow.value());
+  for (int i = 1; i <= 121; ++i) ASSERT_EQ(s.YData(1, i), s.SurfC(1, i));
+  EXPECT_NE(s.YData(1, 121), s.YSim(total, 121));
+  quantity.setText("current I");
+  d.wb.formOption().control("cmdOK").click();
+  EXPECT_EQ(e.NCurves, 1);
+  for (int i = 1; i <= 121; ++i) ASSERT_EQ(s.YData(1, i), s.YSim(total, i));
+}
+
 TEST(DisplayCommands, TimeBeforeAnyRunPrintsAnEmptyValue) {
   Desk d;
   d.wb.mainForm().menu("mnuDisplay").enabled(true);
