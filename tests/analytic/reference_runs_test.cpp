@@ -1,5 +1,5 @@
-// The reference runs, each from the forms down to YData, to the digits given
-// in the reference tables.
+// The program's reference curves, each run from the forms down to YData and
+// checked to five significant digits.
 #include <gtest/gtest.h>
 
 #include "analytic_run.h"
