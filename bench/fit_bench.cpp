@@ -76,6 +76,19 @@ void BM_WorkbenchCopy(benchmark::State& state) {
 BENCHMARK(BM_AutoFitAnalyticalSweep)->Arg(1)->Arg(2)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_AutoFitDigitalCycle)->Arg(1)->Arg(2)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_AutoFitDigitalFineCycle)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+// A fresh workbench as a probe's copy: construction and the first copy,
+// which creates its forms.
+void BM_WorkbenchFirstCopy(benchmark::State& state) {
+  FitCase prepared(true);
+  for (auto _ : state) {
+    HeadlessPlatform platform;
+    Workbench wb(platform.platform());
+    wb.copyStateFrom(prepared.wb);
+    benchmark::DoNotOptimize(wb.store.YData.row(1));
+  }
+}
+
+BENCHMARK(BM_WorkbenchFirstCopy)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_WorkbenchCopy)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -61,8 +62,13 @@ void WorkbenchFitModel::Probes(const std::vector<ParameterVector>& probes, std::
                                std::vector<int>& counts) {
   const int wanted = threads(static_cast<int>(probes.size()));
   if (wanted <= 1) return FitModel::Probes(probes, curves, counts);
-  if (!crew_ || crew_->threads() != wanted) crew_ = std::make_unique<ProbeCrew>(wb_, wanted);
-  crew_->Run(probes, curves, counts);
+  std::shared_ptr<void>& kept = wb_.optimiser.ProbeWorkers.value;
+  auto crew = std::static_pointer_cast<ProbeCrew>(kept);
+  if (!crew || crew->threads() != wanted) {
+    crew = std::make_shared<ProbeCrew>(wb_, wanted);
+    kept = crew;
+  }
+  crew->Run(probes, curves, counts);
 }
 
 namespace {

@@ -2,14 +2,11 @@
 // Auto Fit and Manual Fit: the model on the forms against the curve in row 1
 // of YData. Fitted values go to the report and to the captions of the tick
 // boxes, never back into the model or the text boxes.
-#include <memory>
-
 #include "fit/marquardt.h"
 
 namespace voltrix {
 
 class Workbench;
-class ProbeCrew;
 
 // Writes each fitted value into the Experiment by its slot, runs one
 // simulation and reads the curve of row CurNo; n becomes NData.
@@ -32,7 +29,6 @@ class WorkbenchFitModel : public FitModel {
   int threads(int probes) const;
   int probeThreads_;
   double lastRunSeconds_ = 0;
-  std::unique_ptr<ProbeCrew> crew_;
 };
 
 // The fit of the ticked parameters and its report. Any error ends in the

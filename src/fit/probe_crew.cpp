@@ -9,9 +9,15 @@
 
 namespace voltrix {
 
+// A copy of the workbench on a headless platform, built by its own thread
+// at first use, so that the copies of a crew come into being side by side.
 struct ProbeCrew::Worker {
   HeadlessPlatform platform;
-  Workbench wb{platform.platform()};
+  std::unique_ptr<Workbench> copy;
+  Workbench& wb() {
+    if (!copy) copy = std::make_unique<Workbench>(platform.platform());
+    return *copy;
+  }
 };
 
 ProbeCrew::ProbeCrew(Workbench& wb, int threads) : wb_(wb) {
@@ -42,14 +48,15 @@ void ProbeCrew::Run(const std::vector<ParameterVector>& probes, std::vector<FitC
   auto share = [&](std::size_t w) { return std::pair{w * total / crew, (w + 1) * total / crew}; };
   auto work = [&](std::size_t w) {
     Worker& worker = *workers_[w];
-    worker.wb.copyStateFrom(wb_);
+    Workbench& copy = worker.wb();
+    copy.copyStateFrom(wb_);
     // A form created by that copy may have written derived fields while it
     // loaded; the model must be the workbench's to the last bit.
-    worker.wb.experiment = wb_.experiment;
+    copy.experiment = wb_.experiment;
     auto [begin, end] = share(w);
     for (std::size_t p = begin; p < end; ++p) {
       try {
-        FitObjective(worker.wb, probes[p], counts[p], curves[p]);
+        FitObjective(copy, probes[p], counts[p], curves[p]);
       } catch (...) {
         outcomes[p].troubled = true;
       }
@@ -83,8 +90,8 @@ void ProbeCrew::Run(const std::vector<ParameterVector>& probes, std::vector<FitC
   }
   for (const ProbeOutcome& o : outcomes) wb_.optimiser.FitSimulations += o.ran;
   if (total > 0) {
-    wb_.experiment = workers_[crew - 1]->wb.experiment;
-    wb_.store = workers_[crew - 1]->wb.store;
+    wb_.experiment = workers_[crew - 1]->wb().experiment;
+    wb_.store = workers_[crew - 1]->wb().store;
   }
 }
 

@@ -1,10 +1,21 @@
 #pragma once
 // What the Marquardt optimiser keeps from one pass to the next and from one
 // fit to the next within one run of the program.
+#include <memory>
+
 #include "model/experiment.h"
 #include "model/table.h"
 
 namespace voltrix {
+
+// Something a workbench keeps for itself between commands: a copy of the
+// memory starts without it and an assignment leaves the target's own.
+struct OwnOnly {
+  OwnOnly() = default;
+  OwnOnly(const OwnOnly&) {}
+  OwnOnly& operator=(const OwnOnly&) { return *this; }
+  std::shared_ptr<void> value;
+};
 
 struct OptimiserMemory {
   Table1<double, kMaxFitted + 1> CandidateVector;
@@ -16,6 +27,9 @@ struct OptimiserMemory {
   int ProbeThreads = 0;
   // Simulations run for fits so far, probes included: what a fit really cost.
   long FitSimulations = 0;
+  // The copies of the workbench that run the probes, kept from one fit to
+  // the next because a fresh one costs more than a pass.
+  OwnOnly ProbeWorkers;
 };
 
 }  // namespace voltrix
