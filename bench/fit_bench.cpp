@@ -67,6 +67,8 @@ void BM_AutoFitDigitalCycle(benchmark::State& state) { RunFit(state, true); }
 // 1 mV steps, 1202 points: a simulation long enough for the probes to
 // show what a second core gives.
 void BM_AutoFitDigitalFineCycle(benchmark::State& state) { RunFit(state, true, "0.001"); }
+// Half-millivolt steps, 2402 points.
+void BM_AutoFitDigitalFinestCycle(benchmark::State& state) { RunFit(state, true, "0.0005"); }
 
 // What a pass pays to run its probes on copies: the copy of a workbench.
 void BM_WorkbenchCopy(benchmark::State& state) {
@@ -82,6 +84,7 @@ void BM_WorkbenchCopy(benchmark::State& state) {
 BENCHMARK(BM_AutoFitAnalyticalSweep)->Arg(1)->Arg(2)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_AutoFitDigitalCycle)->Arg(1)->Arg(2)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_AutoFitDigitalFineCycle)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_AutoFitDigitalFinestCycle)->Arg(1)->Arg(2)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
 // A fresh workbench as a probe's copy: construction and the first copy,
 // which creates its forms.
 void BM_WorkbenchFirstCopy(benchmark::State& state) {
