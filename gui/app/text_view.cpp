@@ -34,6 +34,10 @@ TextView::TextView(TextWindow& window, QWidget* parent) : QPlainTextEdit(parent)
     if (line) {
       self->appendPlainText(QString::fromStdString(*line));
       self->horizontalScrollBar()->setValue(0);  // a long line does not hide the start of the others
+      // Paint now: a fit prints its passes while it holds the only thread,
+      // and the user should see them come. No event is processed, so no
+      // other command can start meanwhile.
+      if (self->isVisible()) self->viewport()->repaint();
     } else {
       self->clear();
     }

@@ -50,9 +50,6 @@ void ProbeCrew::Run(const std::vector<ParameterVector>& probes, std::vector<FitC
     Worker& worker = *workers_[w];
     Workbench& copy = worker.wb();
     copy.copyStateFrom(wb_);
-    // A form created by that copy may have written derived fields while it
-    // loaded; the model must be the workbench's to the last bit.
-    copy.experiment = wb_.experiment;
     auto [begin, end] = share(w);
     for (std::size_t p = begin; p < end; ++p) {
       try {

@@ -70,6 +70,7 @@ class RecordingSurface : public DrawingSurface {
     if (drop > 0 && calls.back().op == "show") --drop;
     calls.erase(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(drop));
     calls.push_back({"clear", {}, {}});
+    ++clears;
   }
   void setScale(float l, float t, float r, float b) override { calls.push_back({"scale", {l, t, r, b}, {}}); }
   void setTextPosition(float x, float y) override { calls.push_back({"textpos", {x, y}, {}}); }
@@ -79,6 +80,7 @@ class RecordingSurface : public DrawingSurface {
   void box(float x1, float y1, float x2, float y2) override { calls.push_back({"box", {x1, y1, x2, y2}, {}}); }
   void setDashed(bool d) override { calls.push_back({"dashed", {d ? 1.0f : 0.0f}, {}}); }
   std::vector<DrawCall> calls;
+  int clears = 0;  // every clear since the start: one per plot
 };
 
 class CountingPictureOutput : public PictureOutput {

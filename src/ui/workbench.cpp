@@ -65,13 +65,15 @@ std::vector<Form*> Workbench::createdForms() {
 }
 
 void Workbench::copyStateFrom(Workbench& other) {
-  experiment = other.experiment;
-  store = other.store;
-  optimiser = other.optimiser;
   for (Form* theirs : other.createdForms()) {
     Form* mine = formNamed(theirs->name());
     if (mine) mine->copyStateFrom(*theirs);
   }
+  // The model last: creating a form above runs its load step, which writes
+  // derived fields of the experiment.
+  experiment = other.experiment;
+  store = other.store;
+  optimiser = other.optimiser;
 }
 
 }  // namespace voltrix

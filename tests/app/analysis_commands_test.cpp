@@ -22,11 +22,7 @@ namespace {
 struct Bench : AnalyticRun {
   Bench() { BindMenuCommands(wb); }
   void menu(const std::string& name) { ASSERT_TRUE(RunMenuCommand(wb, name)) << name; }
-  int clears() const {
-    int n = 0;
-    for (const auto& call : platform.plot.calls) n += call.op == "clear";
-    return n;
-  }
+  int clears() const { return platform.plot.clears; }
 };
 
 double NumberAfter(const std::string& line, const std::string& label) {
