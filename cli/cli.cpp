@@ -28,22 +28,22 @@ struct Target {
   int index = -1;
 };
 
-Target ParseTarget(const std::string& spec) {
+Target ParseTarget(const std::string& targetName) {
   Target t;
-  const auto dot = spec.find('.');
-  if (dot == std::string::npos || dot == 0) throw StatementError("expected Form.control, got \"" + spec + "\"");
-  t.form = spec.substr(0, dot);
-  std::string rest = spec.substr(dot + 1);
+  const auto dot = targetName.find('.');
+  if (dot == std::string::npos || dot == 0) throw StatementError("expected Form.control, got \"" + targetName + "\"");
+  t.form = targetName.substr(0, dot);
+  std::string rest = targetName.substr(dot + 1);
   const auto open = rest.find('(');
   if (open != std::string::npos) {
-    if (rest.back() != ')') throw StatementError("malformed index in \"" + spec + "\"");
+    if (rest.back() != ')') throw StatementError("malformed index in \"" + targetName + "\"");
     const std::string digits = rest.substr(open + 1, rest.size() - open - 2);
     if (digits.empty() || digits.find_first_not_of("0123456789") != std::string::npos)
-      throw StatementError("malformed index in \"" + spec + "\"");
+      throw StatementError("malformed index in \"" + targetName + "\"");
     t.index = std::stoi(digits);
     rest = rest.substr(0, open);
   }
-  if (rest.empty()) throw StatementError("expected Form.control, got \"" + spec + "\"");
+  if (rest.empty()) throw StatementError("expected Form.control, got \"" + targetName + "\"");
   t.control = rest;
   return t;
 }
@@ -85,13 +85,13 @@ void Cli::addStatement(const std::string& word, const std::string& usage, Handle
   extra_[word] = {usage, std::move(handler)};
 }
 
-Control& Cli::target(const std::string& spec) {
-  const Target t = ParseTarget(spec);
+Control& Cli::target(const std::string& targetName) {
+  const Target t = ParseTarget(targetName);
   Form* form = wb_.formNamed(t.form);
   if (!form) throw StatementError("unknown form " + t.form);
   if (!form->hasControlNamed(t.control)) throw StatementError("unknown control " + t.form + "." + t.control);
   Control* c = form->find(t.control, t.index);
-  if (!c) throw StatementError("unknown index " + spec);
+  if (!c) throw StatementError("unknown index " + targetName);
   return *c;
 }
 
@@ -178,9 +178,9 @@ void Cli::show(const std::string& rest) {
 
 void Cli::showExperiment() { WriteExperiment(out_, wb_.experiment); }
 
-void Cli::showControl(const std::string& spec) {
-  const Control& c = target(spec);
-  out_ << spec << ": text=\"" << c.shownText() << "\" value=" << c.value();
+void Cli::showControl(const std::string& targetName) {
+  const Control& c = target(targetName);
+  out_ << targetName << ": text=\"" << c.shownText() << "\" value=" << c.value();
   if (c.kind() == ControlKind::ComboBox) out_ << " index=" << c.listIndex();
   out_ << " visible=" << (c.visible() ? 1 : 0) << " enabled=" << (c.enabled() ? 1 : 0) << "\n";
 }

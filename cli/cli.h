@@ -54,7 +54,7 @@ class Cli {
   void showExperiment();
   void showControl(const std::string& target);
   void showCurves(const std::string& file);
-  Control& target(const std::string& spec);
+  Control& target(const std::string& targetName);
 
   std::ostream& out_;
   std::ostream& err_;
