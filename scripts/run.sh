@@ -6,20 +6,20 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
 
-cmake -S . -B build/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DVOLTRIX_BENCH=OFF -DVOLTRIX_TESTS=OFF >/dev/null
-cmake --build build/release
+cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DVOLTRIX_BENCH=OFF -DVOLTRIX_TESTS=OFF >/dev/null
+cmake --build build/run
 
-if [[ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" && -x build/release/gui/voltrix ]]; then
-  exec build/release/gui/voltrix
+if [[ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" && -x build/run/gui/voltrix ]]; then
+  exec build/run/gui/voltrix
 fi
 
 mkdir -p out
 echo "No display here: running the default simulation headless instead."
 statements=("menu mnuSimulate" "show curves out/default-curve.csv")
-if build/release/cli/voltrix-cli help | grep -q '^  plot FILE'; then
+if build/run/cli/voltrix-cli help | grep -q '^  plot FILE'; then
   statements+=("plot out/default-plot.png")
 fi
-build/release/cli/voltrix-cli "${statements[@]}"
+build/run/cli/voltrix-cli "${statements[@]}"
 echo "Curve written to $(pwd)/out/default-curve.csv"
 [[ -f out/default-plot.png ]] && echo "Plot written to $(pwd)/out/default-plot.png"
 exit 0

@@ -3,7 +3,7 @@
 # of the default forms, on a virtual X display (Xvfb), captured with
 # ImageMagick's import.
 #   bash scripts/screenshot.sh [PATH-TO-voltrix]
-# Without a path it builds build/release/gui/voltrix as scripts/run.sh does.
+# Without a path it builds build/run/gui/voltrix as scripts/run.sh does.
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -11,9 +11,9 @@ out=$root/docs/screenshot.png
 if [ $# -ge 1 ]; then
   bin=$1
 else
-  bin=$root/build/release/gui/voltrix
-  cmake -S "$root" -B "$root/build/release" -G Ninja -DCMAKE_BUILD_TYPE=Release -DVOLTRIX_BENCH=OFF -DVOLTRIX_TESTS=OFF >/dev/null
-  cmake --build "$root/build/release" --target voltrix
+  bin=$root/build/run/gui/voltrix
+  cmake -S "$root" -B "$root/build/run" -G Ninja -DCMAKE_BUILD_TYPE=Release -DVOLTRIX_BENCH=OFF -DVOLTRIX_TESTS=OFF >/dev/null
+  cmake --build "$root/build/run" --target voltrix
 fi
 if [ ! -x "$bin" ]; then
   echo "screenshot: $bin not found (is Qt 6 installed? bash scripts/install-deps.sh)" >&2
