@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "analytic/row_transforms.h"
-#include "analytic/run_simulation.h"
+#include "run/run_simulation.h"
 #include "model/headless_platform.h"
 #include "ui/form_expr.h"
 #include "ui/form_ins.h"

@@ -6,7 +6,7 @@
 
 #include <ctime>
 
-#include "analytic/run_simulation.h"
+#include "run/run_simulation.h"
 #include "fit/fit_driver.h"
 #include "model/headless_platform.h"
 #include "ui/form_expr.h"

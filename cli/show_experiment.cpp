@@ -57,6 +57,7 @@ void WriteExperiment(std::ostream& out, const Experiment& e) {
       {"NChem", &e.NChem},         {"NChem2", &e.NChem2}};
   for (auto [name, f] : selectors) Number(out, name, *f);
   Flag(out, "Digital", e.Digital);
+  Flag(out, "Accurate", e.Accurate);
   MapLines(out, "ChargeMap", e.ChargeMap, 3, 2);
   MapLines(out, "ChemMap", e.ChemMap, 4, 2);
   MapLines(out, "Chem2Map", e.Chem2Map, 3, 4);

@@ -1,4 +1,4 @@
-#include "analytic/run_simulation.h"
+#include "run/run_simulation.h"
 #include "app/commands.h"
 #include "model/errors.h"
 #include "ui/form_expr.h"

@@ -45,6 +45,8 @@ bool WriteParameterFile(std::ostream& out, const Experiment& e) {
   Pair(out, "No. OF DATA :", e.NData);
   Pair(out, "NUMBER OF SPECIES :", e.NSpecies);
   for (int i = 1; i <= Count(e.NSpecies); ++i) SpeciesBlock(out, e, i);
+  // Only a run with the exact models says so: a classic file stays as it was.
+  if (e.Accurate) Pair(out, "Accurate physics :", PlainNumber(1.0));
   return out.good();
 }
 

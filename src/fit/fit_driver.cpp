@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "analytic/run_simulation.h"
+#include "run/run_simulation.h"
 #include "fit/parameter_slots.h"
 #include "fit/probe_crew.h"
 #include "model/checked.h"

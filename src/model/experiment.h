@@ -38,6 +38,9 @@ struct Experiment {
   // Selectors and counts.
   Field Technique, Electrode, Mechanism, Code, fRT, RTF;
   bool Digital = false;
+  // Exact models in place of the closed forms' approximations; off, every
+  // result is the classic one.
+  bool Accurate = false;
   Field NSpecies, NCharge, NChem, NChem2;
 
   // Reaction tables of the mechanism compiler.

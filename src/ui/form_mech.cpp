@@ -9,6 +9,11 @@ namespace voltrix {
 
 FormMech::FormMech(Workbench& wb) : Form("FormMech", "Mechanism", {0, 0, 7215, 5400}), wb_(wb) {
   add(ControlKind::CheckBox, "CheckDigital").initialCaption("Digital simulation").initialValue(1).place(4680, 120, 1815, 255);
+  // Below the mechanism list, clear of both frames and the OK button.
+  add(ControlKind::CheckBox, "CheckAccurate")
+      .initialCaption("Accurate physics")
+      .toolTip("exact models of the published theory in place of the classic approximations")
+      .place(120, 3120, 2535, 255);
   buildFixedFrame();
   buildTypedFrame();
   Control& ok = add(ControlKind::CommandButton, "Command1").initialCaption("OK").place(120, 3600, 3735, 1695);
@@ -109,6 +114,7 @@ MechanismInput FormMech::mechanismInput() const {
 }
 
 void FormMech::OK() {
+  wb_.experiment.Accurate = control("CheckAccurate").checked();
   wb_.formTech().OK();
   CompileMechanism(wb_);
 }

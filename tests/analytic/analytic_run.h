@@ -8,7 +8,7 @@
 #include <cmath>
 #include <string>
 
-#include "analytic/run_simulation.h"
+#include "run/run_simulation.h"
 #include "support/headless_workbench.h"
 #include "ui/form_expr.h"
 #include "ui/form_ins.h"

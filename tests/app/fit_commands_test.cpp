@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <string>
 
-#include "analytic/run_simulation.h"
+#include "run/run_simulation.h"
 #include "app/commands.h"
 #include "expect_close.h"
 #include "headless_workbench.h"

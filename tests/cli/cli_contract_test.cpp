@@ -79,6 +79,26 @@ TEST(CliShow, ExperimentListsEveryFieldInPlainPrint) {
   EXPECT_TRUE(Contains(r.out, "ks(4) = \n"));
 }
 
+// The accurate-physics box is an input like any other: committed by the chain
+// and written to the parameter file only when ticked, so classic files stay.
+TEST(CliSet, AccuratePhysicsBoxIsCommittedAndSavedOnlyWhenTicked) {
+  namespace fs = std::filesystem;
+  const fs::path file = fs::temp_directory_path() / ("voltrix-accurate-" + std::to_string(::getpid()) + ".par");
+  const struct {
+    const char* tick;
+    const char* shown;
+    bool inFile;
+  } cases[] = {{"set FormMech.CheckAccurate=0", "Accurate = False\n", false},
+               {"set FormMech.CheckAccurate=1", "Accurate = True\n", true}};
+  for (const auto& c : cases) {
+    auto r = RunCli({c.tick, "click FormExpr.cmdOK", "show experiment", "menu mnuSave " + file.string()});
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(Contains(r.out, c.shown)) << c.tick;
+    EXPECT_EQ(Contains(test::ReadFile(file), "Accurate physics :\r\n 1 \r\n"), c.inFile) << c.tick;
+  }
+  fs::remove(file);
+}
+
 TEST(CliShow, CurvesAsCsvWithAHeader) {
   namespace fs = std::filesystem;
   const fs::path file = fs::temp_directory_path() / ("voltrix-curves-" + std::to_string(::getpid()) + ".csv");

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "analytic/run_simulation.h"
+#include "run/run_simulation.h"
 #include "expect_close.h"
 #include "headless_workbench.h"
 #include "model/number_format.h"

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "analytic/run_simulation.h"
+#include "run/run_simulation.h"
 #include "fit/fit_driver.h"
 #include "headless_workbench.h"
 #include "ui/form_expr.h"

@@ -1,4 +1,4 @@
-#include "analytic/run_simulation.h"
+#include "run/run_simulation.h"
 
 #include "analytic/constants.h"
 #include "analytic/run_steps.h"
