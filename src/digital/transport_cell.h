@@ -30,10 +30,13 @@ class TransportCell {
   virtual ~TransportCell() = default;
   // Back to the bulk solution, as at the start or for a new drop.
   virtual void renew() = 0;
-  // One step of dt seconds from the accepted state with the electrode at E
-  // (V, at the interface). The accepted state is kept until accept(), so a
-  // driver may try several potentials for the same step (resistance).
-  virtual CellCurrents trial(double E, double dt) = 0;
+  // One step of dt seconds from the accepted state while the interfacial
+  // potential moves linearly from Ebegin to Eend (V); the currents are those
+  // at the end of the step. The cell answers for its own accuracy over the
+  // step and may divide it as it needs. The accepted state is kept until
+  // accept(), so a driver may try several potentials for the same step
+  // (resistance).
+  virtual CellCurrents trial(double Ebegin, double Eend, double dt) = 0;
   // The last trial becomes the accepted state.
   virtual void accept() = 0;
   // Concentration of a species at the electrode (mol/L, averaged over its
