@@ -1,0 +1,254 @@
+// Accurate closed-form runs from the forms against published theory.
+// Reversible couple unless a row says otherwise: D 1e-5 cm2/s, 1 mM, E0 0,
+// 25 Celsius, planar, 1 cm2 (analytic_run.h).
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "analytic/exact_kernels.h"
+#include "analytic_run.h"
+#include "support/expect_close.h"
+
+namespace voltrix::test {
+namespace {
+
+constexpr double kF = 96484.6, kPi = 3.141592654, kD = 1e-5, kC = 1e-6;
+
+std::string Text(double v) {
+  char buffer[32];
+  std::snprintf(buffer, sizeof buffer, "%.10g", v);
+  return buffer;
+}
+
+struct Exact : AnalyticRun {
+  Exact() { wb.formMech().control("CheckAccurate").setValue(1); }
+  double f() const { return wb.experiment.fRT; }
+  double nfac() const { return kF * wb.experiment.ARE * kC; }  // A per cm/s of flux
+  // Vertex of the parabola through the extreme point of sign * y in [from, to].
+  Extreme peak(double sign = 1, int from = 1, int to = 0) {
+    to = to ? to : points();
+    int k = from;
+    for (int i = from; i <= to; ++i) k = sign * y(i) > sign * y(k) ? i : k;
+    const double a = y(k - 1), b = y(k), c = y(k + 1), t = 0.5 * (a - c) / (a - 2 * b + c);
+    return {b - 0.25 * (a - c) * t, k, x(k) + t * (x(k + 1) - x(k - 1)) / 2};
+  }
+  // Potential where the curve first reaches `level` (linear interpolation).
+  double reaches(double level) {
+    int i = 2;
+    while (y(i) < level) ++i;
+    return x(i - 1) + (level - y(i - 1)) * (x(i) - x(i - 1)) / (y(i) - y(i - 1));
+  }
+};
+
+TEST(ExactSweep, RandlesSevcikPeakAtEveryStep) {
+  // Randles 1948, Sevcik 1948: 0.4463 nFAC sqrt(nFvD/RT); Ep = E1/2 - 28.5/n
+  // mV and E1/2 = E0 + (RT/2nF) ln(DR/DO) (Nicholson and Shain 1964).
+  const struct { const char* step; double dRatio; } rows[] = {
+      {"0.0001", 1}, {"0.001", 1}, {"0.01", 1}, {"0.001", 4}, {"0.001", 0.25}};
+  for (const auto& row : rows) {
+    Exact r;
+    r.ins("Estart", "0.2");
+    r.ins("Eend", "-0.15");
+    r.ins("Estep", row.step);
+    r.expr("D", 2, Text(kD * row.dRatio));
+    r.run();
+    const auto p = r.peak();
+    EXPECT_CLOSE(p.value, 0.4463 * r.nfac() * std::sqrt(r.f() * 0.01 * kD), 5e-3) << row.step;
+    EXPECT_NEAR(p.x, -0.0285 + std::log(row.dRatio) / (2 * r.f()), 1e-3) << row.step << " " << row.dRatio;
+  }
+}
+
+TEST(ExactSweep, NicholsonPeakSeparation) {
+  // Nicholson 1965, alpha 0.5, switching at E1/2 - 112.5 mV: psi = ks / sqrt(pi D nFv/RT).
+  const struct { double psi, separation; } rows[] = {{20, 61},  {7, 63},  {5, 65},   {4, 66},   {3, 68},
+                                                      {2, 72},   {1, 84},  {0.75, 92}, {0.5, 105}, {0.35, 121}};
+  for (const auto& row : rows) {
+    Exact r;
+    r.ins("V", "0.1");
+    r.ins("Estep", "0.0005");
+    r.ins("Estart", "0.3125");
+    r.ins("Eend", "-0.1125");
+    r.scan("cycle");
+    r.wb.formExpr().OK();
+    r.expr("ks", 1, Text(row.psi * std::sqrt(kPi * kD * r.f() * 0.1)));
+    r.run();
+    const int half = r.points() / 2;
+    EXPECT_NEAR(r.peak(-1, half + 1).x - r.peak(1, 1, half).x, row.separation * 1e-3, 1e-3) << row.psi;
+  }
+}
+
+TEST(ExactSweep, IrreversiblePeak) {
+  // Nicholson and Shain 1964: ip = 0.4958 nFAC sqrt(alpha nFvD/RT),
+  // Ep = E0 - (RT/alpha F)(0.780 + ln(sqrt(D)/ks) + ln sqrt(alpha F v/RT)), Ep - Ep/2 = -47.7/alpha mV.
+  for (double alpha : {0.5, 0.3}) {
+    Exact r;
+    r.ins("V", "0.1");
+    r.ins("Estep", "0.0005");
+    r.ins("Estart", "0");
+    r.ins("Eend", "-0.9");
+    r.expr("ks", 1, "1e-5");
+    r.expr("alph", 1, Text(alpha));
+    r.run();
+    const double af = alpha * r.f();
+    const auto p = r.peak();
+    EXPECT_CLOSE(p.value, 0.4958 * r.nfac() * std::sqrt(af * 0.1 * kD), 0.01);
+    EXPECT_NEAR(p.x, -(0.780 + std::log(std::sqrt(kD) / 1e-5) + std::log(std::sqrt(af * 0.1))) / af, 1.5e-3);
+    EXPECT_NEAR(p.x - r.reaches(p.value / 2), -0.0477 / alpha, 1e-3);
+  }
+}
+
+TEST(ExactSweep, ThinLayerCatalyticFollowingReactionAndRotatingDisk) {
+  Exact film;  // Hubbard 1969: peak n2F2vVC/4RT at E0, width at half height 90.6/n mV
+  film.electrode(7);
+  film.ins("leng", "0.001");
+  film.ins("V", "0.001");
+  film.ins("Estep", "0.001");
+  film.run();
+  const auto p = film.peak();
+  EXPECT_CLOSE(p.value, film.nfac() * 0.001 * film.f() * 0.001 / 4, 0.005);
+  EXPECT_NEAR(p.x, 0, 5e-4);
+  Exact cat;  // Saveant and Vianello 1965: plateau nFAC sqrt(D k), half-plateau at E0
+  cat.mechanism(7);
+  cat.expr("kf", 1, "1000");
+  cat.expr("kb", 1, "0");
+  cat.run();
+  EXPECT_CLOSE(cat.y(cat.points()), cat.nfac() * std::sqrt(kD * 1000), 0.01);
+  EXPECT_NEAR(cat.reaches(cat.y(cat.points()) / 2), 0, 1e-3);
+  Exact ec;  // Nicholson and Shain 1964, kinetic zone: Ep = E0 - (RT/F)(0.780 - ln(k RT/F v)/2)
+  ec.mechanism(6);
+  ec.expr("kf", 1, "1e4");
+  ec.expr("kb", 1, "0");
+  ec.ins("Estep", "0.0005");
+  ec.ins("Estart", "0.4");
+  ec.run();
+  EXPECT_NEAR(ec.peak().x, (std::log(1e4 / (ec.f() * 0.01)) / 2 - 0.780) / ec.f(), 1e-3);
+  Exact disk;  // Levich 1962 plateau; Koutecky-Levich 1/i = 1/iL + 1/ik on the foot of a slow wave
+  disk.electrode(8);
+  disk.expr("ks", 1, "1e-4");
+  disk.ins("Eend", "-0.6");
+  disk.run();
+  const double levich = 0.62 * disk.nfac() * std::pow(kD, 2.0 / 3) * std::sqrt(100 * kPi / 30) / std::pow(0.01, 1.0 / 6);
+  const double kinetic = disk.nfac() * 1e-4 * std::exp(-0.5 * disk.f() * disk.x(111));
+  EXPECT_CLOSE(disk.y(disk.points()), levich, 1e-3);
+  EXPECT_CLOSE(disk.y(111), 1 / (1 / levich + 1 / kinetic), 1e-3);
+}
+
+TEST(ExactStep, CurrentAtTheEndOfAPotentialStep) {
+  // DC: a new drop held at -0.5 V for td; flux per unit concentration (cm/s).
+  const struct {
+    const char* what;  // and source
+    int electrode;
+    double radius, td;
+    std::function<double(double r, double t)> flux;
+  } rows[] = {
+      {"plane, Cottrell 1903", 1, 0, 0.5, [](double, double t) { return std::sqrt(kD / (kPi * t)); }},
+      {"sphere, Bard and Faulkner 2001", 2, 1e-3, 0.5,
+       [](double r, double t) { return kD * (1 / std::sqrt(kPi * kD * t) + 1 / r); }},
+      {"cylinder at tau 0.01, Szabo et al. 1987", 5, 1e-3, 1e-3, [](double r, double t) {
+         const double tau = kD * t / (r * r);
+         return kD / r * (1 / std::sqrt(kPi * tau) + 0.5 - 0.25 * std::sqrt(tau / kPi) + tau / 8);
+       }},
+  };
+  for (const auto& row : rows) {
+    Exact r;
+    r.technique(2);
+    r.ins("Eend", "-0.5");
+    r.electrode(row.electrode);
+    r.ins("radius", Text(row.radius));
+    r.ins("leng", "1");
+    r.ins("V", Text(0.005 / row.td));
+    r.run();
+    EXPECT_CLOSE(r.y(r.points()), r.nfac() * row.flux(row.radius, row.td), 2e-3) << row.what;
+  }
+}
+
+TEST(ExactStep, ShoupSzaboDisc) {
+  // Shoup and Szabo 1982: i = 4nFDCr f(tau), tau = 4Dt/r2, within 1 %.
+  for (double tau : {0.1, 1.0, 10.0}) {
+    Exact r;
+    r.technique(2);
+    r.ins("Eend", "-0.5");
+    r.electrode(4);
+    r.ins("radius", "0.001");
+    r.ins("V", Text(0.005 / (tau * 1e-6 / (4 * kD))));
+    r.run();
+    const double ss = 0.7854 + 0.8862 / std::sqrt(tau) + 0.2146 * std::exp(-0.7823 / std::sqrt(tau));
+    EXPECT_CLOSE(r.y(r.points()), 4 * kF * kD * kC * 1e-3 * ss * r.wb.experiment.ARE / (kPi * 1e-6), 0.01) << tau;
+  }
+}
+
+TEST(ExactStep, PrecedingEquilibriumKineticCurrent) {
+  // Koutecky and Brdicka 1947, C = A with K = kf/kb small: flux = C K sqrt(D k) erfcx(K sqrt(k t)).
+  Exact r;
+  r.mechanism(5);
+  r.technique(2);
+  r.ins("Eend", "-0.5");
+  r.expr("kf", 1, "1");
+  r.expr("kb", 1, "1e4");
+  r.expr("C", 3, "1e-3");
+  r.expr("C", 1, "1e-7");
+  r.run();
+  const double x = 1e-4 * std::sqrt(1e4 * 0.5);
+  const double flux = kC * 1e-4 * std::sqrt(kD * 1e4) * std::exp(x * x) * std::erfc(x);
+  EXPECT_CLOSE(r.y(r.points()), kF * r.wb.experiment.ARE * flux, 0.01);
+}
+
+TEST(ExactPulse, DifferentialPulseAndSquareWavePeaks) {
+  Exact dpv;  // Parry and Osteryoung 1965: nFAC sqrt(D/pi tp) (1 - s)/(1 + s), s = exp(nF dE/2RT), tp << td
+  dpv.technique(4);
+  dpv.ins("tp", "0.01");
+  dpv.ins("V", "0.005");
+  dpv.run();
+  const double s = std::exp(-0.05 * dpv.f() / 2);
+  EXPECT_CLOSE(dpv.peak().value, dpv.nfac() * std::sqrt(kD / (kPi * 0.01)) * (1 - s) / (1 + s), 0.015);
+  // O'Dea, Osteryoung and Osteryoung 1981: reversible half-period currents by
+  // superposition, psi_m = sum (P_i - P_(i-1)) / sqrt(m - i + 1), P = 1/(1 + exp(nF(E - E0)/RT)).
+  Exact swv;
+  swv.technique(5);
+  swv.run();
+  double net = 0, previous = 0;
+  std::vector<double> psi(2 * swv.points() + 1);
+  for (int m = 1; m <= 2 * swv.points(); ++m) {
+    const double P = 1 / (1 + std::exp(swv.f() * (swv.x((m + 1) / 2) + (m % 2 ? -0.025 : 0.025))));
+    for (int j = m; j <= 2 * swv.points(); ++j) psi[j] += (P - previous) / std::sqrt(j - m + 1.0);
+    previous = P;
+  }
+  for (int i = 1; i <= swv.points(); ++i) net = std::fmax(net, psi[2 * i - 1] - psi[2 * i]);
+  EXPECT_CLOSE(swv.peak().value, swv.nfac() * std::sqrt(kD / (kPi * 0.05)) * net, 0.015);
+}
+
+TEST(ExactRun, CombinationsWithoutAModelSaySoAndDrawNothing) {
+  Exact pulseAtDisk, unequalD;
+  pulseAtDisk.technique(5);
+  pulseAtDisk.electrode(8);
+  unequalD.mechanism(5);
+  unequalD.expr("D", 3, "2e-5");
+  for (Exact* r : {&pulseAtDisk, &unequalD}) {
+    r->run();
+    ASSERT_EQ(r->messages().size(), 1u);
+    EXPECT_NE(r->messages()[0].find("Accurate physics has no"), std::string::npos) << r->messages()[0];
+    EXPECT_EQ(r->sim(1, 50), 0);
+  }
+}
+
+TEST(ExactKernels, ModesSumToTheClosedFormKernels) {
+  // Planar 1/sqrt(pi D t); sphere 1/sqrt(pi D t) - erfcx(sqrt(D t)/r)/r (Carslaw and Jaeger 1959).
+  const double r = 1e-3;
+  const KernelModes plane = DiffusionModes(Geometry::kPlanar, kD, 0, {1e-4, 1e3});
+  const KernelModes sphere = DiffusionModes(Geometry::kSphere, kD, r, {1e-4, 1e3});
+  for (double t : {1e-3, 0.1, 1.0}) {
+    double sp = 0, ss = 0;
+    for (size_t j = 0; j < plane.rate.size(); ++j) sp += plane.weight[j] * std::exp(-plane.rate[j] * t);
+    for (size_t j = 0; j < sphere.rate.size(); ++j) ss += sphere.weight[j] * std::exp(-sphere.rate[j] * t);
+    const double x = std::sqrt(kD * t) / r;
+    EXPECT_CLOSE(sp, 1 / std::sqrt(kPi * kD * t), 1e-4) << t;
+    EXPECT_NEAR(ss, 1 / std::sqrt(kPi * kD * t) - std::exp(x * x) * std::erfc(x) / r, 1e-4 * sp) << t;
+  }
+}
+
+}  // namespace
+}  // namespace voltrix::test
