@@ -114,10 +114,11 @@ SurfaceFluxSolver::StepCoefficients SurfaceFluxSolver::buildCoefficients(double 
 }
 
 const SurfaceFluxSolver::StepCoefficients& SurfaceFluxSolver::coefficients(double h, bool jump) {
-  // Sub-steps repeat in the same order from one point to the next.
+  // Sub-steps repeat in the same order from one point to the next; steps
+  // that differ only by the rounding of the potential grid share coefficients.
   for (size_t tries = 0; tries < cache_.size(); ++tries) {
     const size_t i = (hint_ + tries) % cache_.size();
-    if (cache_[i].h == h && cache_[i].jump == jump) {
+    if (std::fabs(cache_[i].h - h) <= 1e-12 * h && cache_[i].jump == jump) {
       hint_ = i + 1;
       return cache_[i];
     }

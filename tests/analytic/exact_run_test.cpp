@@ -18,6 +18,7 @@ namespace voltrix::test {
 namespace {
 
 constexpr double kF = 96484.6, kPi = 3.141592654, kD = 1e-5, kC = 1e-6;
+constexpr double kFrt = kF / (8.31441 * 298.14);  // F/RT at 25 Celsius, 1/V
 
 std::string Text(double v) {
   char buffer[32];
@@ -27,10 +28,13 @@ std::string Text(double v) {
 
 struct Exact : AnalyticRun {
   Exact() { wb.formMech().control("CheckAccurate").setValue(1); }
-  double f() const { return wb.experiment.fRT; }
   double nfac() const { return kF * wb.experiment.ARE * kC; }  // A per cm/s of flux
   void window(const char* start, const char* end, const char* step, const char* v) {
     for (auto [name, text] : {std::pair{"Estart", start}, {"Eend", end}, {"Estep", step}, {"V", v}}) ins(name, text);
+  }
+  void chemistry(const char* kf, const char* kb) {
+    expr("kf", 1, kf);
+    expr("kb", 1, kb);
   }
   // Vertex of the parabola through the extreme point of sign * y in [from, to].
   Extreme peak(double sign = 1, int from = 1, int to = 0) {
@@ -59,8 +63,8 @@ TEST(ExactSweep, RandlesSevcikPeakAtEveryStep) {
     r.expr("D", 2, Text(kD * row.dRatio));
     r.run();
     const auto p = r.peak();
-    EXPECT_CLOSE(p.value, 0.4463 * r.nfac() * std::sqrt(r.f() * 0.01 * kD), 5e-3) << row.step;
-    EXPECT_NEAR(p.x, -0.0285 + std::log(row.dRatio) / (2 * r.f()), 1e-3) << row.step << " " << row.dRatio;
+    EXPECT_CLOSE(p.value, 0.4463 * r.nfac() * std::sqrt(kFrt * 0.01 * kD), 5e-3) << row.step;
+    EXPECT_NEAR(p.x, -0.0285 + std::log(row.dRatio) / (2 * kFrt), 1e-3) << row.step << " " << row.dRatio;
   }
 }
 
@@ -72,8 +76,7 @@ TEST(ExactSweep, NicholsonPeakSeparation) {
     Exact r;
     r.window("0.3125", "-0.1125", "0.0005", "0.1");
     r.scan("cycle");
-    r.wb.formExpr().OK();
-    r.expr("ks", 1, Text(row.psi * std::sqrt(kPi * kD * r.f() * 0.1)));
+    r.expr("ks", 1, Text(row.psi * std::sqrt(kPi * kD * kFrt * 0.1)));
     r.run();
     const int half = r.points() / 2;
     EXPECT_NEAR(r.peak(-1, half + 1).x - r.peak(1, 1, half).x, row.separation * 1e-3, 1e-3) << row.psi;
@@ -89,7 +92,7 @@ TEST(ExactSweep, IrreversiblePeak) {
     r.expr("ks", 1, "1e-5");
     r.expr("alph", 1, Text(alpha));
     r.run();
-    const double af = alpha * r.f();
+    const double af = alpha * kFrt;
     const auto p = r.peak();
     EXPECT_CLOSE(p.value, 0.4958 * r.nfac() * std::sqrt(af * 0.1 * kD), 0.01);
     EXPECT_NEAR(p.x, -(0.780 + std::log(std::sqrt(kD) / 1e-5) + std::log(std::sqrt(af * 0.1))) / af, 1.5e-3);
@@ -104,23 +107,21 @@ TEST(ExactSweep, ThinLayerCatalyticFollowingReactionAndRotatingDisk) {
   film.window("0.3", "-0.3", "0.001", "0.001");
   film.run();
   const auto p = film.peak();
-  EXPECT_CLOSE(p.value, film.nfac() * 0.001 * film.f() * 0.001 / 4, 0.005);
+  EXPECT_CLOSE(p.value, film.nfac() * 0.001 * kFrt * 0.001 / 4, 0.005);
   EXPECT_NEAR(p.x, 0, 5e-4);
   EXPECT_NEAR(film.reaches(p.value / 2) - p.x, 0.0906 / 2, 5e-4);
   Exact cat;  // Saveant and Vianello 1965: plateau nFAC sqrt(D k), half-plateau at E0
   cat.mechanism(7);
-  cat.expr("kf", 1, "1000");
-  cat.expr("kb", 1, "0");
+  cat.chemistry("1000", "0");
   cat.run();
   EXPECT_CLOSE(cat.y(cat.points()), cat.nfac() * std::sqrt(kD * 1000), 0.01);
   EXPECT_NEAR(cat.reaches(cat.y(cat.points()) / 2), 0, 1e-3);
   Exact ec;  // Nicholson and Shain 1964, kinetic zone: Ep = E0 - (RT/F)(0.780 - ln(k RT/F v)/2)
   ec.mechanism(6);
-  ec.expr("kf", 1, "1e4");
-  ec.expr("kb", 1, "0");
+  ec.chemistry("1e4", "0");
   ec.window("0.4", "-0.3", "0.0005", "0.01");
   ec.run();
-  EXPECT_NEAR(ec.peak().x, (std::log(1e4 / (ec.f() * 0.01)) / 2 - 0.780) / ec.f(), 1e-3);
+  EXPECT_NEAR(ec.peak().x, (std::log(1e4 / (kFrt * 0.01)) / 2 - 0.780) / kFrt, 1e-3);
   Exact disk;  // Levich 1962 plateau; Koutecky-Levich 1/i = 1/iL + 1/ik on the foot of a slow wave
   disk.electrode(8);
   disk.expr("ks", 1, "1e-4");
@@ -128,7 +129,7 @@ TEST(ExactSweep, ThinLayerCatalyticFollowingReactionAndRotatingDisk) {
   disk.run();
   const double levich = 0.62 * std::pow(kD, 2.0 / 3) * std::sqrt(100 * kPi / 30) / std::pow(0.01, 1.0 / 6);
   EXPECT_CLOSE(disk.y(disk.points()), disk.nfac() * levich, 1e-3);
-  EXPECT_CLOSE(disk.y(111), disk.nfac() / (1 / levich + 1 / (1e-4 * std::exp(-0.5 * disk.f() * disk.x(111)))), 1e-3);
+  EXPECT_CLOSE(disk.y(111), disk.nfac() / (1 / levich + 1 / (1e-4 * std::exp(-0.5 * kFrt * disk.x(111)))), 1e-3);
 }
 
 TEST(ExactStep, CurrentAtTheEndOfAPotentialStep) {
@@ -170,8 +171,7 @@ TEST(ExactStep, CurrentAtTheEndOfAPotentialStep) {
     r.ins("radius", Text(row.radius));
     r.ins("leng", "1");
     r.ins("V", Text(0.005 / row.td));
-    r.expr("kf", 1, "1");
-    r.expr("kb", 1, "1e4");
+    r.chemistry("1", "1e4");
     r.expr("C", 3, "1e-3");
     r.expr("C", 1, Text(row.cA));
     r.run();
@@ -185,7 +185,7 @@ TEST(ExactPulse, DifferentialPulseAndSquareWavePeaks) {
   dpv.ins("tp", "0.01");
   dpv.ins("V", "0.005");
   dpv.run();
-  const double s = std::exp(-0.05 * dpv.f() / 2);
+  const double s = std::exp(-0.05 * kFrt / 2);
   EXPECT_CLOSE(dpv.peak().value, dpv.nfac() * std::sqrt(kD / (kPi * 0.01)) * (1 - s) / (1 + s), 0.015);
   // O'Dea, Osteryoung and Osteryoung 1981: reversible half-period currents by
   // superposition, psi_m = sum (P_i - P_(i-1)) / sqrt(m - i + 1), P = 1/(1 + exp(nF(E - E0)/RT)).
@@ -195,7 +195,7 @@ TEST(ExactPulse, DifferentialPulseAndSquareWavePeaks) {
   double net = 0, previous = 0;
   std::vector<double> psi(2 * swv.points() + 1);
   for (int m = 1; m <= 2 * swv.points(); ++m) {
-    const double P = 1 / (1 + std::exp(swv.f() * (swv.x((m + 1) / 2) + (m % 2 ? -0.025 : 0.025))));
+    const double P = 1 / (1 + std::exp(kFrt * (swv.x((m + 1) / 2) + (m % 2 ? -0.025 : 0.025))));
     for (int j = m; j <= 2 * swv.points(); ++j) psi[j] += (P - previous) / std::sqrt(j - m + 1.0);
     previous = P;
   }
