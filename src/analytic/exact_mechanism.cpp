@@ -105,14 +105,10 @@ double ExactMechanism::largestN() const {
   return n;
 }
 
-double ExactMechanism::bulkAt(int s, double t) const {
-  double c = 0;
-  for (const TransportChannel& ch : channels) {
-    double start = 0;
-    for (int i = 1; i <= kMaxSpecies; ++i) start += ch.in[i] * bulk[i];
-    c += ch.out[s] * start * std::exp(-ch.damping * t);
-  }
-  return c;
+double ExactMechanism::channelBulk(const TransportChannel& c, double t) const {
+  double start = 0;
+  for (int s = 1; s <= kMaxSpecies; ++s) start += c.in[s] * bulk[s];
+  return start * std::exp(-c.damping * t);
 }
 
 ExactMechanism ReadExactMechanism(const Experiment& e) {

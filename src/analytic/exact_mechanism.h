@@ -28,8 +28,8 @@ struct ExactMechanism {
   std::vector<ExactCharge> charge;
   std::vector<TransportChannel> channels;
   double largestN() const;
-  // Bulk concentration of species s after t seconds of homogeneous reaction.
-  double bulkAt(int s, double t) const;
+  // Value of a channel in the bulk after t seconds of homogeneous reaction.
+  double channelBulk(const TransportChannel& c, double t) const;
 };
 
 // Reads Mechanism 1 to 8 with its rate constants. The reaction of mechanism

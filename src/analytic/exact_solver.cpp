@@ -49,6 +49,14 @@ void SolveSmall(int n, double (*a)[kMaxCharge + 1], double* x) {
 
 }  // namespace
 
+void SurfaceValues::add(const TransportChannel& ch, const std::vector<double>& gains, double drop, double weight) {
+  for (int sp = 1; sp <= kMaxSpecies; ++sp) {
+    if (ch.out[sp] == 0) continue;
+    P[sp] -= ch.out[sp] * drop;
+    for (size_t r = 0; r < gains.size(); ++r) M[sp][r] += ch.out[sp] * weight * gains[r];
+  }
+}
+
 ReactionFluxes SolveElectrodeFluxes(const ExactMechanism& m, double E, const double* P,
                                     const double (*M)[kMaxCharge]) {
   const int n = Reactions(m);
@@ -75,9 +83,6 @@ SurfaceFluxSolver::SurfaceFluxSolver(const ExactMechanism& m, Geometry g, double
     std::vector<double> gains;
     for (const ExactCharge& r : m.charge) gains.push_back(Gain(c, r));
     gain_.push_back(gains);
-    double start = 0;
-    for (int sp = 1; sp <= kMaxSpecies; ++sp) start += c.in[sp] * m.bulk[sp];
-    bulk_.push_back(start);
   }
   renew();
 }
@@ -128,48 +133,45 @@ const SurfaceFluxSolver::StepCoefficients& SurfaceFluxSolver::coefficients(doubl
   return cache_.back();
 }
 
+double SurfaceFluxSolver::advanceHistory(int c, const ChannelStep& cs) {
+  const TransportChannel& ch = mech_.channels[c];
+  const std::vector<double>& weight = kernel_[c].weight;
+  std::vector<double>& y = state_[c];
+  double history = 0;
+  for (size_t j = 0; j < y.size(); ++j) {
+    y[j] = cs.decay[j] * y[j] + cs.fromPrevious[j] * previous_[c];
+    history += weight[j] * y[j];
+  }
+  return history - mech_.channelBulk(ch, time_);
+}
+
+void SurfaceFluxSolver::takeNewFlux(int c, const ChannelStep& cs) {
+  double g = 0;
+  for (size_t r = 0; r < mech_.charge.size(); ++r) g += gain_[c][r] * flux_.f[r];
+  std::vector<double>& y = state_[c];
+  for (size_t j = 0; j < y.size(); ++j) y[j] += cs.fromNew[j] * g;
+  previous_[c] = g;
+}
+
 void SurfaceFluxSolver::step(double h, double E, bool jump) {
   const StepCoefficients& s = coefficients(h, jump);
   time_ += h;
-  const int channels = Channels(mech_), reactions = Reactions(mech_);
-  double P[kMaxSpecies + 1] = {}, M[kMaxSpecies + 1][kMaxCharge] = {};
-  for (int c = 0; c < channels; ++c) {
-    const ChannelStep& cs = s.channel[c];
-    const KernelModes& k = kernel_[c];
-    std::vector<double>& y = state_[c];
-    const TransportChannel& ch = mech_.channels[c];
-    double history = ch.damping > 0 ? -bulk_[c] * std::exp(-ch.damping * time_) : -bulk_[c];
-    for (size_t j = 0; j < y.size(); ++j) {
-      y[j] = cs.decay[j] * y[j] + cs.fromPrevious[j] * previous_[c];
-      history += k.weight[j] * y[j];
-    }
-    for (int sp = 1; sp <= kMaxSpecies; ++sp) {
-      if (ch.out[sp] == 0) continue;
-      P[sp] -= ch.out[sp] * history;
-      for (int r = 0; r < reactions; ++r) M[sp][r] += ch.out[sp] * cs.instant * gain_[c][r];
-    }
-  }
-  flux_ = SolveElectrodeFluxes(mech_, E, P, M);
-  for (int c = 0; c < channels; ++c) {
-    double g = 0;
-    for (int r = 0; r < reactions; ++r) g += gain_[c][r] * flux_.f[r];
-    const ChannelStep& cs = s.channel[c];
-    std::vector<double>& y = state_[c];
-    for (size_t j = 0; j < y.size(); ++j) y[j] += cs.fromNew[j] * g;
-    previous_[c] = g;
-  }
+  SurfaceValues surface;
+  for (int c = 0; c < Channels(mech_); ++c)
+    surface.add(mech_.channels[c], gain_[c], advanceHistory(c, s.channel[c]), s.channel[c].instant);
+  flux_ = SolveElectrodeFluxes(mech_, E, surface.P, surface.M);
+  for (int c = 0; c < Channels(mech_); ++c) takeNewFlux(c, s.channel[c]);
 }
 
 ReactionFluxes SteadyDiskFluxes(const ExactMechanism& m, double E, double t, double Vis, double omega) {
-  double P[kMaxSpecies + 1] = {}, M[kMaxSpecies + 1][kMaxCharge] = {};
-  for (int sp = 1; sp <= kMaxSpecies; ++sp) P[sp] = m.bulkAt(sp, t);
+  SurfaceValues surface;
   for (const TransportChannel& ch : m.channels) {
+    std::vector<double> gains;
+    for (const ExactCharge& r : m.charge) gains.push_back(Gain(ch, r));
     const double delta = Div(Pow(ch.D, 1.0 / 3) * Pow(Vis, 1.0 / 6), 0.62 * Sqrt(omega));
-    const double drop = LayerSteadyKernel(ch.D, delta, ch.damping);
-    for (int sp = 1; sp <= kMaxSpecies; ++sp)
-      for (int r = 0; r < Reactions(m); ++r) M[sp][r] += ch.out[sp] * drop * Gain(ch, m.charge[r]);
+    surface.add(ch, gains, -m.channelBulk(ch, t), LayerSteadyKernel(ch.D, delta, ch.damping));
   }
-  return SolveElectrodeFluxes(m, E, P, M);
+  return SolveElectrodeFluxes(m, E, surface.P, surface.M);
 }
 
 }  // namespace voltrix

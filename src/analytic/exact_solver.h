@@ -17,6 +17,16 @@ struct ReactionFluxes {
   double f[kMaxCharge] = {};
 };
 
+// Surface concentrations as P - M f, f the reaction fluxes: what the bulk
+// and the history leave (P, mol/L) and the weight of each new flux (M, s/cm).
+struct SurfaceValues {
+  double P[kMaxSpecies + 1] = {};
+  double M[kMaxSpecies + 1][kMaxCharge] = {};
+  // A channel whose value has dropped by `drop` below its bulk before the
+  // new fluxes, and drops by weight times its flux with them.
+  void add(const TransportChannel& ch, const std::vector<double>& gains, double drop, double weight);
+};
+
 class SurfaceFluxSolver {
  public:
   SurfaceFluxSolver(const ExactMechanism& m, Geometry g, double size, const ModeSpan& span);
@@ -39,13 +49,16 @@ class SurfaceFluxSolver {
     std::vector<ChannelStep> channel;
   };
   const StepCoefficients& coefficients(double h, bool jump);
+  // The channel's modes decayed over the step with the old flux; returns
+  // the drop of its surface value below the bulk before the new flux.
+  double advanceHistory(int c, const ChannelStep& cs);
+  void takeNewFlux(int c, const ChannelStep& cs);
   StepCoefficients buildCoefficients(double h, bool jump) const;
 
   const ExactMechanism& mech_;
   std::vector<KernelModes> kernel_;                 // per channel
   std::vector<std::vector<double>> state_;          // per channel, per mode
   std::vector<double> previous_;                    // channel flux at the last node
-  std::vector<double> bulk_;                        // channel value in the bulk at the start
   std::vector<std::vector<double>> gain_;           // channel flux per reaction flux
   std::vector<StepCoefficients> cache_;
   size_t hint_ = 0;
