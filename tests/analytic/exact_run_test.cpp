@@ -10,7 +10,6 @@
 #include <utility>
 #include <vector>
 
-#include "analytic/exact_kernels.h"
 #include "analytic_run.h"
 #include "support/expect_close.h"
 
@@ -31,10 +30,6 @@ struct Exact : AnalyticRun {
   double nfac() const { return kF * wb.experiment.ARE * kC; }  // A per cm/s of flux
   void window(const char* start, const char* end, const char* step, const char* v) {
     for (auto [name, text] : {std::pair{"Estart", start}, {"Eend", end}, {"Estep", step}, {"V", v}}) ins(name, text);
-  }
-  void chemistry(const char* kf, const char* kb) {
-    expr("kf", 1, kf);
-    expr("kb", 1, kb);
   }
   // Vertex of the parabola through the extreme point of sign * y in [from, to].
   Extreme peak(double sign = 1, int from = 1, int to = 0) {
@@ -112,13 +107,15 @@ TEST(ExactSweep, ThinLayerCatalyticFollowingReactionAndRotatingDisk) {
   EXPECT_NEAR(film.reaches(p.value / 2) - p.x, 0.0906 / 2, 5e-4);
   Exact cat;  // Saveant and Vianello 1965: plateau nFAC sqrt(D k), half-plateau at E0
   cat.mechanism(7);
-  cat.chemistry("1000", "0");
+  cat.expr("kf", 1, "1000");
+  cat.expr("kb", 1, "0");
   cat.run();
   EXPECT_CLOSE(cat.y(cat.points()), cat.nfac() * std::sqrt(kD * 1000), 0.01);
   EXPECT_NEAR(cat.reaches(cat.y(cat.points()) / 2), 0, 1e-3);
   Exact ec;  // Nicholson and Shain 1964, kinetic zone: Ep = E0 - (RT/F)(0.780 - ln(k RT/F v)/2)
   ec.mechanism(6);
-  ec.chemistry("1e4", "0");
+  ec.expr("kf", 1, "1e4");
+  ec.expr("kb", 1, "0");
   ec.window("0.4", "-0.3", "0.0005", "0.01");
   ec.run();
   EXPECT_NEAR(ec.peak().x, (std::log(1e4 / (kFrt * 0.01)) / 2 - 0.780) / kFrt, 1e-3);
@@ -171,7 +168,8 @@ TEST(ExactStep, CurrentAtTheEndOfAPotentialStep) {
     r.ins("radius", Text(row.radius));
     r.ins("leng", "1");
     r.ins("V", Text(0.005 / row.td));
-    r.chemistry("1", "1e4");
+    r.expr("kf", 1, "1");
+    r.expr("kb", 1, "1e4");
     r.expr("C", 3, "1e-3");
     r.expr("C", 1, Text(row.cA));
     r.run();
@@ -213,17 +211,6 @@ TEST(ExactRun, CombinationsWithoutAModelSaySoAndDrawNothing) {
     r->run();
     EXPECT_NE(r->messages().at(0).find("Accurate physics has no"), std::string::npos) << r->messages()[0];
     EXPECT_EQ(r->sim(1, 50), 0);
-  }
-}
-
-TEST(ExactKernels, SphereModesSumToTheClosedForm) {
-  // 1/sqrt(pi D t) - erfcx(sqrt(D t)/r)/r outside a sphere (Carslaw and Jaeger 1959).
-  const KernelModes k = DiffusionModes(Geometry::kSphere, kD, 1e-3, {1e-4, 1e3});
-  for (double t : {1e-3, 0.1, 1.0}) {
-    double sum = 0;
-    for (size_t j = 0; j < k.rate.size(); ++j) sum += k.weight[j] * std::exp(-k.rate[j] * t);
-    const double x = std::sqrt(kD * t) / 1e-3, plane = 1 / std::sqrt(kPi * kD * t);
-    EXPECT_NEAR(sum, plane - std::exp(x * x) * std::erfc(x) / 1e-3, 1e-4 * plane) << t;
   }
 }
 
