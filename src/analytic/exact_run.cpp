@@ -22,6 +22,9 @@ constexpr double kRampPotentialStep = 5e-4;
 // flux falls as t^-1/2, and this spacing spreads the error of its linear
 // pieces evenly over the charge passed, 2e-4 of a Cottrell current.
 constexpr double kHoldFirst = 1e-9;
+// A ramp from rest starts with 1e-4 of its length: the charge of a
+// singular start is then followed to 0.5 % over that ramp alone.
+constexpr double kRampFirst = 1e-4;
 constexpr double kHoldGrowth = 0.03;
 
 const char* TechniqueName(int t) {
@@ -55,9 +58,9 @@ ElectrodeShape ShapeOf(const Experiment& e) {
   }
 }
 
-std::vector<double> HoldSteps(double duration) {
+std::vector<double> GradedSteps(double duration, double first) {
   std::vector<double> h;
-  double t = 0, next = kHoldFirst;
+  double t = 0, next = first;
   while (t + next < 1) {
     h.push_back(next);
     t += next;
@@ -74,9 +77,12 @@ std::vector<double> RampSteps(const ProgramStretch& s, double largestN) {
   return std::vector<double>(m, s.duration / m);
 }
 
-std::vector<double> SubSteps(const ProgramStretch& s, double largestN) {
+// A ramp that starts from rest meets the bulk, which need not be in
+// equilibrium with the electrode: it is graded like a held potential.
+std::vector<double> SubSteps(const ProgramStretch& s, double largestN, bool fromRest) {
   if (s.duration <= 0) return {};
-  return s.Ebegin == s.Eend ? HoldSteps(s.duration) : RampSteps(s, largestN);
+  if (s.Ebegin == s.Eend) return GradedSteps(s.duration, kHoldFirst);
+  return fromRest ? GradedSteps(s.duration, kRampFirst) : RampSteps(s, largestN);
 }
 
 ModeSpan SpanOf(const PotentialProgram& p, double largestN) {
@@ -84,9 +90,9 @@ ModeSpan SpanOf(const PotentialProgram& p, double largestN) {
   double sinceRenewal = 0;
   for (const ProgramStretch& s : p.stretches) {
     if (s.renew) sinceRenewal = 0;
+    for (double h : SubSteps(s, largestN, sinceRenewal == 0)) span.shortest = std::min(span.shortest, h);
     sinceRenewal += s.duration;
     span.longest = std::max(span.longest, sinceRenewal);
-    for (double h : SubSteps(s, largestN)) span.shortest = std::min(span.shortest, h);
   }
   return span;
 }
@@ -113,9 +119,11 @@ void MarchProgram(const ExactMechanism& m, const PotentialProgram& p, const Elec
   for (size_t i = 0; i < p.stretches.size(); ++i) {
     const ProgramStretch& s = p.stretches[i];
     if (s.renew) solver.renew();
-    bool jump = s.renew || atRest || s.Ebegin != lastE;
+    atRest = atRest || s.renew;
+    bool jump = atRest || s.Ebegin != lastE;
+    const std::vector<double> steps = SubSteps(s, n, atRest);
     double elapsed = 0;
-    for (double h : SubSteps(s, n)) {
+    for (double h : steps) {
       elapsed += h;
       const double E = s.Ebegin + (s.Eend - s.Ebegin) * std::min(1.0, elapsed / s.duration);
       solver.step(h, E, jump);

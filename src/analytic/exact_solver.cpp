@@ -119,17 +119,19 @@ SurfaceFluxSolver::StepCoefficients SurfaceFluxSolver::buildCoefficients(double 
 }
 
 const SurfaceFluxSolver::StepCoefficients& SurfaceFluxSolver::coefficients(double h, bool jump) {
-  // Sub-steps repeat in the same order from one point to the next; steps
+  // Sub-steps repeat, or repeat in the same order from one point to the
+  // next: the last one used and the one after it are looked at first. Steps
   // that differ only by the rounding of the potential grid share coefficients.
+  auto fits = [&](size_t i) { return std::fabs(cache_[i].h - h) <= 1e-12 * h && cache_[i].jump == jump; };
   for (size_t tries = 0; tries < cache_.size(); ++tries) {
-    const size_t i = (hint_ + tries) % cache_.size();
-    if (std::fabs(cache_[i].h - h) <= 1e-12 * h && cache_[i].jump == jump) {
-      hint_ = i + 1;
+    const size_t i = (last_ + tries) % cache_.size();
+    if (fits(i)) {
+      last_ = i;
       return cache_[i];
     }
   }
   cache_.push_back(buildCoefficients(h, jump));
-  hint_ = 0;
+  last_ = cache_.size() - 1;
   return cache_.back();
 }
 

@@ -61,7 +61,7 @@ class SurfaceFluxSolver {
   std::vector<double> previous_;                    // channel flux at the last node
   std::vector<std::vector<double>> gain_;           // channel flux per reaction flux
   std::vector<StepCoefficients> cache_;
-  size_t hint_ = 0;
+  size_t last_ = 0;
   ReactionFluxes flux_;
   double time_ = 0;
 };
