@@ -1,6 +1,7 @@
 #include "run/run_simulation.h"
 
 #include "analytic/constants.h"
+#include "analytic/exact_run.h"
 #include "analytic/run_steps.h"
 #include "digital/run_digital.h"
 #include "model/checked.h"
@@ -34,6 +35,9 @@ void RunSteps(Workbench& wb) {
   ClearSimulatedRows(e, s.YSim);
   if (e.Digital) {
     RunDigital(e, s, wb.platform.messages);
+    SumReactionRows(e, s.YSim);
+  } else if (e.Accurate) {
+    FillExactReactionRows(e, s.XData, s.YSim, currentScale);
     SumReactionRows(e, s.YSim);
   } else {
     FillReactionRows(e, s.XData, s.YSim, currentScale);
