@@ -146,3 +146,29 @@ TEST(CliExitStatus, StopsAtTheFirstErrorUnlessKeepGoing) {
 
 }  // namespace
 }  // namespace voltrix
+
+namespace voltrix {
+namespace {
+
+// Step and scan rate must hold numbers; the run does not start from a stale
+// drop time, and the command that committed says why.
+TEST(CliErrors, NonNumericStepOrScanRateStopsTheCommandThatCommits) {
+  const struct {
+    const char* statement;
+    int status;
+  } rows[] = {
+      {"set FormIns.V=abc", 1}, {"set FormIns.V=", 1}, {"set FormIns.Estep=0.01V", 1},
+      {"set FormIns.Estep= 0.002 ", 0}, {"set FormIns.V=2e-2", 0},
+  };
+  for (const auto& row : rows) {
+    auto r = test::RunCli({"-k", row.statement, "menu mnuSimulate", "show control FormIns.Estep"});
+    EXPECT_EQ(r.status, row.status) << row.statement << ": " << r.err;
+    EXPECT_EQ(Contains(r.err, "message: Error: Type mismatch\n"), row.status == 1) << row.statement << ": " << r.err;
+  }
+  auto ok = test::RunCli({"set FormIns.V=abc", "click FormIns.cmdOK"});
+  EXPECT_EQ(ok.status, 1);
+  EXPECT_EQ(ok.err, "message: Error: Type mismatch\n");
+}
+
+}  // namespace
+}  // namespace voltrix
