@@ -7,11 +7,8 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSvgGenerator>
-#include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <vector>
 
+#include "headless_qt.h"
 #include "picture_painter.h"
 
 namespace voltrix {
@@ -20,35 +17,12 @@ namespace {
 
 constexpr int kDpi = 96;
 
-// Qt wants a private runtime folder and warns on standard error when the
-// session has none (as under cron, Slurm or ssh without a login session).
-// A headless run gets its own, removed again at exit.
-class RuntimeFolder {
- public:
-  RuntimeFolder() {
-    if (!qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) return;
-    const std::string pattern = (std::filesystem::temp_directory_path() / "voltrix-runtime-XXXXXX").string();
-    std::vector<char> name(pattern.begin(), pattern.end());
-    name.push_back('\0');
-    if (!::mkdtemp(name.data())) return;  // mode 0700, as Qt requires
-    path_ = name.data();
-    qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(path_));
-  }
-  ~RuntimeFolder() {
-    std::error_code ec;
-    if (!path_.empty()) std::filesystem::remove_all(path_, ec);
-  }
-
- private:
-  std::string path_;
-};
-
 // QPainter needs an application object for its fonts. Programs without one
 // (the CLI) get one on the offscreen platform, which needs no display.
 bool EnsureApplication() {
   if (QCoreApplication::instance()) return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr;
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  static RuntimeFolder runtime;
+  PrepareHeadlessQt();
   static int argc = 1;
   static char name[] = "voltrix";
   static char* argv[] = {name, nullptr};
