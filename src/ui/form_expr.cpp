@@ -151,7 +151,7 @@ void FormExpr::buildChemicalFrame() {
   // k with its subscript: a second, smaller label set lower beside the k.
   auto rate = [&](const std::string& name, const char* sub, const char* tip, int left) {
     head(name, -1, "k", tip, left, 135);
-    add(ControlKind::Label, name + "Sub", -1, &f).initialCaption(sub).toolTip(tip).place(left + 105, 275, 135, 195).font(
+    add(ControlKind::Label, name + "Sub", -1, &f).initialCaption(sub).toolTip(tip).place(left + 120, 275, 135, 195).font(
         {"MS Sans Serif", 6, false});
   };
   rate("LabelKf", "f", "forward chemical reaction rate constant", 2160);

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -25,6 +26,7 @@
 #include "qt_platform.h"
 #include "ui/form_expr.h"
 #include "ui/form_ins.h"
+#include "ui/form_tech.h"
 #include "ui/plot_display_list.h"
 #include "ui/workbench.h"
 
@@ -64,6 +66,15 @@ struct Program {
     QTest::keyClick(box, Qt::Key_Delete);
     QTest::keyClicks(box, text);
   }
+};
+
+// Takes the URLs the desktop would open.
+class UrlCatcher : public QObject {
+  Q_OBJECT
+ public:
+  QList<QUrl> opened;
+ public slots:
+  void open(const QUrl& url) { opened.push_back(url); }
 };
 
 int DarkPixels(const QImage& img, const QRect& r) {
@@ -282,7 +293,7 @@ class WindowTest : public QObject {
     QVERIFY(p.window.platform().plot.hasPicture());  // the plot stays
   }
 
-  void noDataLeavesTheWindowBlankAndAResizeDoesNotRepeatTheMessage() {
+  void noDataLeavesTheWindowBlankAndAResizeDrawsAgain() {
     Program p;
     p.menu("mnuSimulate");
     p.menu("mnuOption");
@@ -303,7 +314,63 @@ class WindowTest : public QObject {
     plot->resize(plot->width() + 50, plot->height() + 50);
     QCoreApplication::processEvents();
     QCoreApplication::processEvents();
-    QCOMPARE(p.messages.size(), std::size_t(1));
+    // The resize plots again, though there is no picture: the same message.
+    QCOMPARE(p.messages, (std::vector<std::string>{"Error: No data!", "Error: No data!"}));
+  }
+
+  // A form brought to the front redoes its layout: the instrument form
+  // shows the pulse boxes of the technique chosen while it stood behind.
+  void aFormBroughtToTheFrontRedoesItsLayout() {
+    Program p;
+    p.menu("mnuInstrument");
+    p.menu("mnuTech");
+    auto* tp = p.in<QLineEdit>("FormIns", "tp");
+    QVERIFY(tp && !tp->isVisibleTo(tp->parentWidget()));
+    p.window.workbench().formTech().control("optTech", 3).click();
+    p.window.workbench().formTech().OK();
+    QVERIFY(!tp->isVisibleTo(tp->parentWidget()));
+    QMdiSubWindow* ins = p.window.window("FormIns");
+    p.window.findChild<QMdiArea*>()->setActiveSubWindow(ins);
+    QCoreApplication::processEvents();
+    QVERIFY(tp->isVisibleTo(tp->parentWidget()));
+  }
+
+  // Headings whose places overlap keep to their own column: measured in the
+  // font they are shown in, each caption ends before the next control on
+  // its line begins.
+  void chemicalsHeadingsFitTheirColumns() {
+    Program p;
+    p.menu("mnuExperimental");
+    QMdiSubWindow* w = p.window.window("FormExpr");
+    QVERIFY(w);
+    const auto labels = w->widget()->findChildren<QLabel*>();
+    int checked = 0;
+    for (QLabel* a : labels) {
+      if (!a->isVisibleTo(w->widget()) || a->text().isEmpty()) continue;
+      const QRect text(a->pos(), QSize(QFontMetrics(a->font()).horizontalAdvance(a->text()), a->height()));
+      for (QWidget* b : a->parentWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        if (b == a || !b->isVisibleTo(w->widget())) continue;
+        const bool sameLine = b->y() < a->y() + a->height() && a->y() < b->y() + b->height();
+        if (sameLine && b->x() > a->x()) QVERIFY2(text.right() < b->x(), qPrintable(a->objectName() + " into " + b->objectName()));
+      }
+      ++checked;
+    }
+    QVERIFY(checked > 20);
+  }
+
+  // F1 opens the user guide of the source tree (or the installed one) in the
+  // browser.
+  void f1OpensTheUserGuide() {
+    Program p;
+    UrlCatcher catcher;
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), &catcher, "open");
+    p.window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&p.window));
+    QTest::keyClick(&p.window, Qt::Key_F1);
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    QCOMPARE(catcher.opened.size(), 1);
+    QVERIFY(catcher.opened.front().toLocalFile().endsWith(QStringLiteral("/VoltrixDoc.htm")));
+    QVERIFY(p.messages.empty());
   }
 
   void fileFiltersBecomeQtNameFilters() {
