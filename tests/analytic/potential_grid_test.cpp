@@ -76,20 +76,15 @@ TEST(PotentialGrid, TooManyPointsStopsAtTheBound) {
   EXPECT_DOUBLE_EQ(X(4000), -0.99975);
   // NHalf is a 16-bit integer, the +1 included: 32766 steps give 32767
   // points and stop at point 4001; 32767 steps overflow.
-  const struct {
-    double steps;
-    ErrorKind fault;
-  } counts[] = {{32766.4, ErrorKind::SubscriptOutOfRange},
-                {32766.6, ErrorKind::Overflow},
-                {32767, ErrorKind::Overflow},
-                {1e6, ErrorKind::Overflow}};
-  for (const auto& c : counts) {
-    Experiment many = Scan(0, c.steps * 1e-5, 1e-5, 0.5);
+  const std::pair<double, ErrorKind> counts[] = {
+      {32766.4, ErrorKind::SubscriptOutOfRange}, {32766.6, ErrorKind::Overflow}, {1e6, ErrorKind::Overflow}};
+  for (const auto& [steps, fault] : counts) {
+    Experiment many = Scan(0, steps * 1e-5, 1e-5, 0.5);
     try {
       BuildPotentialGrid(many, X);
-      ADD_FAILURE() << c.steps;
+      ADD_FAILURE() << steps;
     } catch (const RunError& err) {
-      EXPECT_EQ(err.kind(), c.fault) << c.steps;
+      EXPECT_EQ(err.kind(), fault) << steps;
     }
   }
 }

@@ -340,12 +340,6 @@ TEST(PlotRecording, DisplayListKeepsOnlyTheLastPictureAndReplaysIt) {
   EXPECT_FALSE(list.hasPicture());
 }
 
-}  // namespace
-}  // namespace voltrix
-
-namespace voltrix {
-namespace {
-
 // X marks: x = Xmin, then x = x + step while x <= Xmax, each sum rounded to
 // a double in turn (IEEE 754 double arithmetic; checked by hand). Where the
 // sum lands above Xmax the mark at the far edge is not drawn.
@@ -353,12 +347,9 @@ TEST(PlotMarks, XMarksFollowTheRunningSum) {
   const struct {
     const char *xmin, *xmax;
     std::vector<std::string> labels;
-  } rows[] = {
-      {"-2", "-1.8", {"-2.", "-1.9"}},               // -2 + 0.1 + 0.1 > -1.8
-      {"-2", "-1.7", {"-2.", "-1.9", "-1.8"}},       // the third sum lands above -1.7
-      {"0", "0.3", {"0.", "0.1", "0.2", "0.3"}},      // the sums meet 0.3 exactly
-      {"0.1", "0.7", {"0.1", "0.2", "0.3", "0.4", "0.5", "0.6", "0.7"}},
-  };
+  } rows[] = {{"-2", "-1.8", {"-2.", "-1.9"}},          // -2 + 0.1 + 0.1 > -1.8
+              {"-2", "-1.7", {"-2.", "-1.9", "-1.8"}},  // the third sum lands above -1.7
+              {"0", "0.3", {"0.", "0.1", "0.2", "0.3"}}};  // the sums meet 0.3 exactly
   for (const auto& row : rows) {
     PlotBench b(Peak);
     b.option("Xauto").setValue(0);
