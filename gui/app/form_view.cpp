@@ -97,7 +97,8 @@ int FormView::roomOf(const Control& label) const {
   for (const Control* other : form_.controls()) {
     if (other == &label || other->container() != label.container()) continue;
     const Place& q = other->place();
-    const bool sameLine = q.top < p.top + p.height && p.top < q.top + q.height;
+    const int shared = std::min(p.top + p.height, q.top + q.height) - std::max(p.top, q.top);
+    const bool sameLine = 2 * shared > p.height;  // not a row that only touches it
     if (sameLine && q.left > p.left && q.left < right) right = q.left;
   }
   return TwipsToPixels(right - p.left, dpi_);

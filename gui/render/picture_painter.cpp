@@ -68,8 +68,9 @@ bool ClipLine(const QRectF& r, QPointF& p, QPointF& q) {
 
 // Labels are placed by their upper left corner, so a label printed at a
 // corner shared with another (the lowest Y label beside the first X label)
-// would run into it. A line that would overlap one painted before, on most
-// of its height, moves left until a space separates them.
+// would run into it. A line that would come closer than a space to one
+// painted before, on most of its height, moves left until a space separates
+// them.
 class TextPlaces {
  public:
   explicit TextPlaces(const QFontMetricsF& metrics) : metrics_(metrics) {}
@@ -79,7 +80,7 @@ class TextPlaces {
     for (bool moved = true; moved;) {
       moved = false;
       for (const QRectF& earlier : painted_) {
-        const QRectF common = box.intersected(earlier);
+        const QRectF common = box.intersected(earlier.adjusted(-gap, 0, gap, 0));
         if (common.isEmpty() || common.height() < 0.5 * box.height()) continue;
         box.moveLeft(std::floor(earlier.left() - gap - box.width()));  // whole pixels keep the glyphs crisp
         moved = true;
