@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "app/commands.h"
+#include "files/safe_write.h"
 #include "model/number_format.h"
 #include "show_experiment.h"
 #include "ui/main_form.h"
@@ -72,13 +73,20 @@ std::vector<std::string> ScriptStatements(const std::string& script) {
 }
 
 Cli::Cli(std::ostream& out, std::ostream& err) : out_(out), err_(err), wb_(platform_.platform()) {
-  platform_.messages.onShow = [this](const std::string& text) { err_ << "message: " << text << std::endl; };
+  platform_.messages.onShow = [this](const std::string& text) {
+    err_ << "message: " << text << std::endl;
+    ++errors_;
+  };
   auto echo = [this](const std::string* line) {
     if (line) out_ << *line << std::endl;
   };
   wb_.formResult().addLineObserver(echo);
   wb_.formAbout().addLineObserver(echo);
   BindMenuCommands(wb_);
+  wb_.platform.writeFailed = [this](const std::string& file, const std::string& reason) {
+    err_ << "voltrix-cli: cannot write " << file << ": " << reason << std::endl;
+    ++errors_;
+  };
 }
 
 void Cli::addStatement(const std::string& word, const std::string& usage, Handler handler) {
@@ -96,6 +104,14 @@ Control& Cli::target(const std::string& targetName) {
 }
 
 void Cli::run(const std::string& statement) {
+  try {
+    dispatch(statement);
+  } catch (const RunError& err) {
+    wb_.platform.messages.show("Error: " + err.description());
+  }
+}
+
+void Cli::dispatch(const std::string& statement) {
   const std::string s = Trim(statement);
   const auto space = s.find_first_of(" \t");
   const std::string word = s.substr(0, space);
@@ -105,7 +121,7 @@ void Cli::run(const std::string& statement) {
   if (word == "menu") return menu(rest);
   if (word == "show") return show(rest);
   if (word == "help") {
-    out_ << help();
+    out_ << (rest.empty() ? help() : help(rest));
     return;
   }
   if (auto it = extra_.find(word); it != extra_.end()) return it->second.second(*this, rest);
@@ -207,58 +223,73 @@ void Cli::showCurves(const std::string& file) {
     out_ << csv.str();
     return;
   }
-  std::ofstream f(file, std::ios::binary);
-  if (!(f << csv.str())) throw StatementError("show curves: cannot write " + file);
-}
-
-std::string Cli::help() {
-  std::ostringstream h;
-  h << "statements:\n"
-    << "  set Form.control[(i)]=TEXT\n"
-    << "  click Form.control[(i)]\n"
-    << "  menu mnuName [FILE]\n"
-    << "  show experiment\n"
-    << "  show control Form.control[(i)]\n"
-    << "  show curves [FILE]\n"
-    << "  help\n";
-  for (const auto& [word, entry] : extra_) h << "  " << entry.first << "\n";
-  h << "forms:\n";
-  for (const std::string& f : Workbench::formNames()) h << "  " << f << "\n";
-  h << "menu commands:\n";
-  for (Control* item : wb_.mainForm().menuItems())
-    if (item->caption() != "-") h << "  " << item->name() << "  " << item->caption() << "\n";
-  return h.str();
+  const WriteOutcome w = WriteFileSafely(file, [&csv](std::ostream& f) { return bool(f << csv.str()); });
+  if (!w) ReportWriteFailure(wb_.platform, file, w.reason);
 }
 
 int Cli::main(const std::vector<std::string>& args) {
-  std::vector<std::string> statements;
   try {
-    std::size_t i = 0;
-    if (!args.empty() && args[0] == "-f") {
-      if (args.size() < 2) throw StatementError("-f needs a script file");
-      std::ifstream f(args[1], std::ios::binary);
-      if (!f) throw StatementError("cannot read script " + args[1]);
-      std::stringstream buf;
-      buf << f.rdbuf();
-      statements = ScriptStatements(buf.str());
-      i = 2;
+    const std::vector<std::string> statements = readOptions(args);
+    if (usageOnly_) {
+      out_ << usage();
+      return 0;
     }
-    for (; i < args.size(); ++i) statements.push_back(args[i]);
-    for (const std::string& s : statements) {
-      run(s);
+    for (std::size_t i = 0; i < statements.size(); ++i) {
+      const int before = errors_;
+      run(statements[i]);
       if (finished()) break;
+      if (errors_ == before || keepGoing_) continue;
+      if (i + 1 < statements.size())
+        err_ << "voltrix-cli: stopped after \"" << statements[i] << "\" ended in an error (-k keeps going)" << std::endl;
+      break;
     }
   } catch (const StatementError& e) {
     out_.flush();
     err_ << "voltrix-cli: " << e.what() << std::endl;
     return 2;
-  } catch (const RunError& e) {
-    out_.flush();
-    err_ << "voltrix-cli: " << e.description() << std::endl;
-    return 2;
   }
   out_.flush();
-  return 0;
+  return errors_ > 0 ? 1 : 0;
+}
+
+// Options come first; the statements of a script come before those of the
+// arguments. Nothing to run at all asks for the usage.
+std::vector<std::string> Cli::readOptions(const std::vector<std::string>& args) {
+  std::vector<std::string> statements;
+  std::size_t i = 0;
+  bool script = false;
+  for (; i < args.size() && !args[i].empty() && args[i][0] == '-'; ++i) {
+    const std::string& option = args[i];
+    if (option == "-h" || option == "--help") {
+      usageOnly_ = true;
+      return {};
+    }
+    if (option == "--version") {
+      out_ << "voltrix-cli (Voltrix) " << kVersion << "\n";
+      usageOnly_ = false;
+      return {};
+    }
+    if (option == "-k" || option == "--keep-going") {
+      keepGoing_ = true;
+      continue;
+    }
+    if (option != "-f") throw StatementError("unknown option " + option + " (voltrix-cli --help lists them)");
+    if (i + 1 >= args.size()) throw StatementError("-f needs a script file");
+    const std::string& file = args[++i];
+    std::stringstream buf;
+    if (file == "-") {
+      buf << std::cin.rdbuf();
+    } else {
+      std::ifstream f(file, std::ios::binary);
+      if (!f) throw StatementError("cannot read script " + file);
+      buf << f.rdbuf();
+    }
+    for (std::string& s : ScriptStatements(buf.str())) statements.push_back(std::move(s));
+    script = true;
+  }
+  for (; i < args.size(); ++i) statements.push_back(args[i]);
+  usageOnly_ = statements.empty() && !script;
+  return statements;
 }
 
 }  // namespace voltrix

@@ -13,6 +13,24 @@ cmake -S . -B build/release -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/nul
 cmake --build build/release -j "$jobs"
 ctest --test-dir build/release --output-on-failure -j "$jobs"
 
+# What users get from "cmake --install": the programs, the guide, the man
+# page, the desktop entry and icon, in a temporary prefix; the installed CLI
+# must run from there.
+echo "== Install check =="
+prefix=$(mktemp -d)
+trap 'rm -rf "$prefix"' EXIT
+cmake --install build/release --prefix "$prefix" >/dev/null
+for f in bin/voltrix-cli share/doc/voltrix/VoltrixDoc.htm share/man/man1/voltrix-cli.1; do
+  [[ -f "$prefix/$f" ]] || { echo "install check: $f is missing" >&2; exit 1; }
+done
+if [[ -x build/release/gui/voltrix ]]; then
+  for f in bin/voltrix share/applications/voltrix.desktop share/icons/hicolor/scalable/apps/voltrix.svg; do
+    [[ -f "$prefix/$f" ]] || { echo "install check: $f is missing" >&2; exit 1; }
+  done
+fi
+"$prefix/bin/voltrix-cli" --help | grep -q '^usage: voltrix-cli' || { echo "install check: voltrix-cli --help failed" >&2; exit 1; }
+echo "install check: voltrix-cli --help runs from $prefix"
+
 # The desktop program is left out here: Qt's own allocations are not ours to
 # check, and the core it drives is covered by the other programs.
 echo "== Build and test (AddressSanitizer + UndefinedBehaviorSanitizer) =="

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFontInfo>
+#include <QFontMetricsF>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -39,6 +40,18 @@ Qt::Alignment AlignOf(Align a) {
   return Qt::AlignLeft | Qt::AlignTop;
 }
 
+// The smallest size a caption shrinks to before it is elided.
+constexpr double kSmallestPoints = 6.5;
+
+// A one-line caption is shrunk, and then elided, until it fits its room.
+void FitCaption(QLabel* label, const QString& caption, const QFont& base, double room) {
+  QFont font = base;
+  while (QFontMetricsF(font).horizontalAdvance(caption) > room && font.pointSizeF() > kSmallestPoints)
+    font.setPointSizeF(font.pointSizeF() - 0.25);
+  label->setFont(font);
+  label->setText(QFontMetricsF(font).elidedText(caption, Qt::ElideRight, room));
+}
+
 }  // namespace
 
 FormView::FormView(Form& form, Runner run, QWidget* parent) : QWidget(parent), form_(form), run_(std::move(run)) {
@@ -73,6 +86,22 @@ void FormView::build() {
     widgets_[c] = w;
     update(c);
   }
+}
+
+// Twips fix where each control stands, and a heading may reach into the
+// place of the next control on its line: its text has only the room up to
+// there.
+int FormView::roomOf(const Control& label) const {
+  const Place& p = label.place();
+  int right = p.left + p.width;
+  for (const Control* other : form_.controls()) {
+    if (other == &label || other->container() != label.container()) continue;
+    const Place& q = other->place();
+    const int shared = std::min(p.top + p.height, q.top + q.height) - std::max(p.top, q.top);
+    const bool sameLine = 2 * shared > p.height;  // not a row that only touches it
+    if (sameLine && q.left > p.left && q.left < right) right = q.left;
+  }
+  return TwipsToPixels(right - p.left, dpi_);
 }
 
 void FormView::userEdit(const std::function<void()>& edit) {
@@ -152,7 +181,14 @@ void FormView::update(const Control* c) {
       break;
     case ControlKind::Label: {
       auto* l = static_cast<QLabel*>(w);
-      l->setText(caption);
+      const QFont base = s.font ? FontOf(*s.font) : font();
+      const int room = roomOf(*c);
+      if (TwipsToPixels(p.height, dpi_) < 2 * QFontMetrics(base).lineSpacing()) {
+        w->resize(std::max(1, room), w->height());
+        FitCaption(l, caption, base, room);
+      } else {
+        l->setText(caption);
+      }
       l->setAlignment(AlignOf(s.align));
       break;
     }

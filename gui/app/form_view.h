@@ -31,6 +31,7 @@ class FormView : public QWidget {
   void build();
   QWidget* make(Control& c, QWidget* parent);
   void update(const Control* c);
+  int roomOf(const Control& label) const;
   void userEdit(const std::function<void()>& edit);
 
   Form& form_;

@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "main_window.h"
+#include "render/headless_qt.h"
 
 int main(int argc, char** argv) {
   const bool display = std::getenv("DISPLAY") || std::getenv("WAYLAND_DISPLAY") || std::getenv("QT_QPA_PLATFORM");
@@ -14,6 +15,7 @@ int main(int argc, char** argv) {
                  "(voltrix-cli help).\n";
     return 2;
   }
+  voltrix::PrepareHeadlessQt();
   QApplication app(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Voltrix"));
   voltrix::MainWindow window;

@@ -10,6 +10,7 @@
 #include <QPainterPath>
 #include <QPixmap>
 #include <QScreen>
+#include <QShortcut>
 #include <algorithm>
 #include <set>
 
@@ -18,6 +19,7 @@
 #include "model/errors.h"
 #include "plot_view.h"
 #include "text_view.h"
+#include "user_guide.h"
 #include "ui/form_plot.h"
 #include "ui/main_form.h"
 #include "ui/plot_engine.h"
@@ -82,6 +84,9 @@ MainWindow::MainWindow() {
   resize(size);
   BindMenuCommands(*wb_);
   buildMenus();
+  connect(area_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* w) { windowActivated(w); });
+  auto* guide = new QShortcut(QKeySequence::HelpContents, this);
+  connect(guide, &QShortcut::activated, this, [this] { OpenUserGuide(platform_.messages); });
   platform_.picture.screenSize = [this]() -> QSize {
     auto it = windows_.find("FormPlot");
     if (it == windows_.end() || !it->second->widget()) return {};
@@ -191,6 +196,19 @@ void MainWindow::runEdit(const std::function<void()>& edit) {
     platform_.messages.show("Error: " + err.description());
   }
   syncForms();
+}
+
+// A form that the user brings to the front becomes active and redoes its
+// layout. Coming back from a message box, or the program's own raising of a
+// window, is no new activation.
+void MainWindow::windowActivated(QMdiSubWindow* w) {
+  if (!w || w == lastActive_ || syncing_) {
+    if (w) lastActive_ = w;
+    return;
+  }
+  lastActive_ = w;
+  for (Form* f : wb_->createdForms())
+    if (window(f->name()) == w && f->shown()) runEdit([f] { f->activate(); });
 }
 
 QMdiSubWindow* MainWindow::addWindow(Form& form) {

@@ -46,6 +46,7 @@ class MainWindow : public QMainWindow {
   void buildMenus();
   void updateMenu(const Control* c);
   QMdiSubWindow* addWindow(Form& form);
+  void windowActivated(QMdiSubWindow* w);
 
   QtPlatform platform_;
   std::unique_ptr<Workbench> wb_;
@@ -56,6 +57,7 @@ class MainWindow : public QMainWindow {
   std::map<std::string, int> observers_;
   int menuObserver_ = 0;
   bool syncing_ = false;
+  QMdiSubWindow* lastActive_ = nullptr;
 };
 
 }  // namespace voltrix

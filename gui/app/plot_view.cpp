@@ -37,10 +37,11 @@ void PlotView::paintEvent(QPaintEvent*) {
 
 void PlotView::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  // Only a window that holds a picture draws again: a blank one after
-  // "Error: No data!" would only repeat the message. Resizes come in bursts
-  // while the user drags; one redraw after the burst is enough.
-  if (!picture_.hasPicture() || replotPending_ || !replot_) return;
+  // Every resize the user sees draws again, a blank window too (which
+  // repeats its "Error: No data!"). Resizes come in bursts while the user
+  // drags; one redraw after the burst is enough. The sizing of a window not
+  // yet on the screen is no resize.
+  if (!isVisible() || replotPending_ || !replot_) return;
   replotPending_ = true;
   QTimer::singleShot(0, this, [this] {
     replotPending_ = false;

@@ -8,6 +8,7 @@
 #include <QPdfWriter>
 #include <QSvgGenerator>
 
+#include "headless_qt.h"
 #include "picture_painter.h"
 
 namespace voltrix {
@@ -21,6 +22,7 @@ constexpr int kDpi = 96;
 bool EnsureApplication() {
   if (QCoreApplication::instance()) return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr;
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  PrepareHeadlessQt();
   static int argc = 1;
   static char name[] = "voltrix";
   static char* argv[] = {name, nullptr};

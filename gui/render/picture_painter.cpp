@@ -66,6 +66,35 @@ bool ClipLine(const QRectF& r, QPointF& p, QPointF& q) {
   return true;
 }
 
+// Labels are placed by their upper left corner, so a label printed at a
+// corner shared with another (the lowest Y label beside the first X label)
+// would run into it. A line that would come closer than a space to one
+// painted before, on most of its height, moves left until a space separates
+// them.
+class TextPlaces {
+ public:
+  explicit TextPlaces(const QFontMetricsF& metrics) : metrics_(metrics) {}
+  QPointF place(QPointF at, const QString& text) {
+    QRectF box(at, QSizeF(metrics_.horizontalAdvance(text), metrics_.height()));
+    const double gap = metrics_.horizontalAdvance(QLatin1Char(' '));
+    for (bool moved = true; moved;) {
+      moved = false;
+      for (const QRectF& earlier : painted_) {
+        const QRectF common = box.intersected(earlier.adjusted(-gap, 0, gap, 0));
+        if (common.isEmpty() || common.height() < 0.5 * box.height()) continue;
+        box.moveLeft(std::floor(earlier.left() - gap - box.width()));  // whole pixels keep the glyphs crisp
+        moved = true;
+      }
+    }
+    painted_.push_back(box);
+    return box.topLeft();
+  }
+
+ private:
+  const QFontMetricsF& metrics_;
+  std::vector<QRectF> painted_;
+};
+
 }  // namespace
 
 void PaintPicture(QPainter& painter, const QRectF& area, const std::vector<DrawCall>& calls,
@@ -86,6 +115,7 @@ void PaintPicture(QPainter& painter, const QRectF& area, const std::vector<DrawC
   Mapper mapper(area);
   const QRectF reach = area.adjusted(-area.width() - 10, -area.height() - 10, area.width() + 10, area.height() + 10);
   QPointF text = area.topLeft();  // where the next printed line starts
+  TextPlaces labels(metrics);
   for (const DrawCall& c : calls) {
     const auto& a = c.args;
     if (c.op == "scale") {
@@ -93,8 +123,11 @@ void PaintPicture(QPainter& painter, const QRectF& area, const std::vector<DrawC
     } else if (c.op == "textpos" && a.size() >= 2) {
       text = mapper.map(a[0], a[1]);
     } else if (c.op == "print") {
-      if (Finite(text) && reach.contains(text))
-        painter.drawText(QPointF(text.x(), text.y() + metrics.ascent()), QString::fromStdString(c.text));
+      if (Finite(text) && reach.contains(text)) {
+        const QString line = QString::fromStdString(c.text);
+        const QPointF at = labels.place(text, line);
+        painter.drawText(QPointF(at.x(), at.y() + metrics.ascent()), line);
+      }
       // Each print ends the line: the next one starts at the left edge, one line down.
       text = QPointF(mapper.left(), text.y() + metrics.lineSpacing());
     } else if (c.op == "point" && a.size() >= 2) {

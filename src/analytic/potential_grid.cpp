@@ -1,4 +1,5 @@
 #include <cmath>
+#include <cstdint>
 
 #include "analytic/run_steps.h"
 #include "model/checked.h"
@@ -7,7 +8,10 @@ namespace voltrix {
 
 void BuildPotentialGrid(Experiment& e, XAxis& X) {
   e.dirSign = e.Eend > e.Estart ? 1 : -1;
-  e.NHalf = CInt(Div(std::fabs(e.Eend - e.Estart), e.Estep)) + 1.0;
+  // The count and its +1 are 16-bit integer arithmetic: 32767 steps overflow.
+  const int steps = CInt(Div(std::fabs(e.Eend - e.Estart), e.Estep));
+  if (steps + 1 > INT16_MAX) Raise(ErrorKind::Overflow);
+  e.NHalf = steps + 1.0;
   e.NData = (e.NHalf * 2) * e.Cycles;
   const long half = static_cast<long>(e.NHalf.value());
   // X(i) writes are bound-checked: a run longer than 4000 points stops at

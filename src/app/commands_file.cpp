@@ -21,12 +21,14 @@ namespace {
 constexpr const char* kCurveFilter = "csv|*.csv|all|*.*";
 constexpr const char* kParameterFilter = "parameter (*.par)|*.par|all|*.*";
 
-// Any fault ends the command silently; the old file, if any, stays whole.
+// Any fault ends the command without a message; the old file, if any, stays
+// whole. Only a front end that listens is told.
 void SaveCommand(Workbench& wb) {
   const auto path = wb.platform.files.ask(DialogMode::Save, kParameterFilter);
   if (!path) return;
   const Experiment& e = wb.experiment;
-  (void)WriteFileSafely(*path, [&e](std::ostream& out) { return WriteParameterFile(out, e); });
+  const WriteOutcome w = WriteFileSafely(*path, [&e](std::ostream& out) { return WriteParameterFile(out, e); });
+  if (!w) ReportWriteFailure(wb.platform, *path, w.reason);
 }
 
 void ExportCommand(Workbench& wb) {
@@ -34,9 +36,10 @@ void ExportCommand(Workbench& wb) {
   if (!path) return;
   const Experiment& e = wb.experiment;
   const CurveStore& s = wb.store;
-  (void)WriteFileSafely(*path, [&](std::ostream& out) {
+  const WriteOutcome w = WriteFileSafely(*path, [&](std::ostream& out) {
     return WriteCurve(out, s, static_cast<long>(e.First), static_cast<long>(e.Last), static_cast<long>(e.CurNo));
   });
+  if (!w) ReportWriteFailure(wb.platform, *path, w.reason);
 }
 
 // Reads the chosen file into row NOverlay. Returns true when it was read to

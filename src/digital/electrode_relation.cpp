@@ -5,10 +5,9 @@
 namespace voltrix {
 
 ChargeChain FindChain(const SpeciesMap& ChargeMap) {
-  // An empty right side of reaction 1 links nothing, even when reaction 2
-  // is empty as well.
-  const int link = ChargeMap(1, 2);
-  if (link == 0 || link != ChargeMap(2, 1)) return ChargeChain::None;
+  // The places are compared as they stand: an empty right side of reaction 1
+  // meets the empty left side of a missing reaction 2.
+  if (ChargeMap(1, 2) != ChargeMap(2, 1)) return ChargeChain::None;
   const int third = ChargeMap(3, 1);
   if (third != 0 && third == ChargeMap(2, 2)) return ChargeChain::Chain3;
   return ChargeChain::Chain2;

@@ -8,8 +8,14 @@
 
 namespace voltrix {
 
+struct WriteOutcome {
+  bool ok = false;
+  std::string reason;  // why not, when not ok
+  explicit operator bool() const { return ok; }
+};
+
 // write returns false when it could not write all it had. The file is binary
-// (line ends are written as the writer gives them). Returns false on failure.
-[[nodiscard]] bool WriteFileSafely(const std::string& path, const std::function<bool(std::ostream&)>& write);
+// (line ends are written as the writer gives them).
+[[nodiscard]] WriteOutcome WriteFileSafely(const std::string& path, const std::function<bool(std::ostream&)>& write);
 
 }  // namespace voltrix

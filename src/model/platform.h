@@ -2,6 +2,7 @@
 // The few operations the program needs of its windowing platform. The core
 // talks only to these interfaces; the desktop program supplies Qt versions,
 // the CLI and the tests the headless ones of headless_platform.h.
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -68,6 +69,13 @@ struct Platform {
   Pointer& pointer;
   DrawingSurface& plot;
   PictureOutput& picture;
+  // Told of a file that a command could not write. The desktop leaves it
+  // unset, as its save and export stay silent; a script runner must know.
+  std::function<void(const std::string& file, const std::string& reason)> writeFailed{};
 };
+
+inline void ReportWriteFailure(const Platform& p, const std::string& file, const std::string& reason) {
+  if (p.writeFailed) p.writeFailed(file, reason);
+}
 
 }  // namespace voltrix

@@ -49,7 +49,7 @@ void RunSteps(Workbench& wb) {
   CopyCurveToData(e, s);
   e.First = 1;
   e.Last = e.NData.value();
-  PlotDataStep(wb);
+  PlotDataStepOfRun(wb);
 }
 
 }  // namespace

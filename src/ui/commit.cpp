@@ -105,9 +105,24 @@ void WriteCellQuantity(Workbench& wb, Quantity q) {
   for (int i = first; i <= last; ++i) s.YData(row, i) = values[i - first];
 }
 
-}  // namespace
+// Inside a run the cell quantity is plain checked arithmetic, point by
+// point: a distance that is no number, an area or distance of 0, or a
+// solution of no conductance raises where it is met.
+void WriteCellQuantityOfRun(Workbench& wb, Quantity q) {
+  Experiment& e = wb.experiment;
+  CurveStore& s = wb.store;
+  const std::string& dis = wb.formIns().control("TextDis").text();
+  if (!IsNumeric(dis)) Raise(ErrorKind::TypeMismatch);
+  const double factor = q == Quantity::Resistance ? Div(Val(dis), e.ARE) : Div(e.ARE, Val(dis));
+  e.NCurves = e.NOverlay.value();
+  const int row = static_cast<int>(e.CurNo);
+  for (int i = static_cast<int>(e.First); i <= static_cast<int>(e.Last); ++i) {
+    const double g = SolutionConductance(e, s, i);
+    s.YData(row, i) = q == Quantity::Resistance ? Div(factor, g) : Checked(factor * g);
+  }
+}
 
-void PlotDataStep(Workbench& wb) {
+void WriteQuantity(Workbench& wb, bool ofRun) {
   CommitInputs(wb);
   Experiment& e = wb.experiment;
   CurveStore& s = wb.store;
@@ -121,7 +136,8 @@ void PlotDataStep(Workbench& wb) {
     }
     case Quantity::Resistance:
     case Quantity::Conductance:
-      WriteCellQuantity(wb, QuantityShown(wb));
+      if (ofRun) WriteCellQuantityOfRun(wb, QuantityShown(wb));
+      else WriteCellQuantity(wb, QuantityShown(wb));
       break;
     case Quantity::Surface:
       e.NCurves = e.NSpecies.value();
@@ -132,5 +148,11 @@ void PlotDataStep(Workbench& wb) {
       break;
   }
 }
+
+}  // namespace
+
+void PlotDataStep(Workbench& wb) { WriteQuantity(wb, false); }
+
+void PlotDataStepOfRun(Workbench& wb) { WriteQuantity(wb, true); }
 
 }  // namespace voltrix

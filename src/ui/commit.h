@@ -12,7 +12,12 @@ void CommitInputs(Workbench& wb);
 void StartCurve(Workbench& wb);
 
 // Commits the forms and writes into YData the quantity that
-// formOption.ComboY names.
+// formOption.ComboY names. A cell that cannot give a resistance or a
+// conductance is reported and leaves the rows as they were.
 void PlotDataStep(Workbench& wb);
+
+// The same as the last step of a run: such a fault is a run-time error that
+// goes to the run's handler, with the points written so far kept.
+void PlotDataStepOfRun(Workbench& wb);
 
 }  // namespace voltrix

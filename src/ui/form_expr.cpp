@@ -20,6 +20,9 @@ const char* const kOmega = "\xCE\xA9";   // Ω
 const char* const kAlpha = "\xCE\xB1";   // α
 const char* const kDegree = "\xC2\xB0";  // °
 const char* const kSquare = "\xC2\xB2";  // ²
+// The form's labels are plain; its frames, boxes and buttons keep the bold
+// form font.
+const FontSpec kPlain{"MS Sans Serif", 8.25, false};
 }  // namespace
 
 FormExpr::FormExpr(Workbench& wb) : Form("FormExpr", "Chemicals", {1935, 2070, 11055, 6705}), wb_(wb) {
@@ -90,7 +93,8 @@ void FormExpr::buildSpeciesFrame() {
     add(ControlKind::Label, "specie", i, &f)
         .initialCaption(std::string(1, static_cast<char>('A' + i - 1)))
         .align(Align::Center)
-        .place(120, top, 375, 285);
+        .place(120, top, 375, 285)
+        .font(kPlain);
     add(ControlKind::TextBox, "D", i, &f).initialText("1e-5").place(600, top, 855, 285);
     add(ControlKind::TextBox, "C", i, &f).initialText(i == 1 ? "1e-3" : "0").place(1560, top, 855, 285);
     add(ControlKind::Label, "Cinit", i, &f)
@@ -126,7 +130,7 @@ void FormExpr::buildChargeFrame() {
   const char* ezeMax[] = {"0.2", "0.2", "0.3"};
   for (int i = 1; i <= 3; ++i) {
     const int top = 600 + 360 * (i - 1);
-    add(ControlKind::Label, "heter", i, &f).initialCaption(std::to_string(i)).place(120, top, 1215, 285);
+    add(ControlKind::Label, "heter", i, &f).initialCaption(std::to_string(i)).place(120, top, 1215, 285).font(kPlain);
     add(ControlKind::TextBox, "ks", i, &f).initialText("1e4").place(1440, top, 855, 285);
     addSlot(f, i + 6, 2400, top, 375, "1e-4", "100");
     add(ControlKind::TextBox, "alph", i, &f).initialText("0.5").place(3720, top, 615, 285);
@@ -144,18 +148,24 @@ void FormExpr::buildChemicalFrame() {
   };
   head("Label18", -1, "Reaction", "chemical reaction", 120, 1215);
   head("Label36", -1, "p", "stoichiometric number", 1440, 375);
-  head("LabelKf", -1, "kf", "forward chemical reaction rate constant", 2160, 735);
+  // k with its subscript: a second, smaller label set lower beside the k.
+  auto rate = [&](const std::string& name, const char* sub, const char* tip, int left) {
+    head(name, -1, "k", tip, left, 135);
+    add(ControlKind::Label, name + "Sub", -1, &f).initialCaption(sub).toolTip(tip).place(left + 120, 275, 135, 195).font(
+        {"MS Sans Serif", 6, false});
+  };
+  rate("LabelKf", "f", "forward chemical reaction rate constant", 2160);
   head("LabelKfFitted", -1, "kf fitted", "fitted forward chemical reaction rate constant", 3000, 735);
   head("LabelKfMin", -1, "kf min", "mininum forward chemical reaction rate constant", 3360, 735);
   head("LabelKfMax", -1, "kf max", "maxinum forward chemical reaction rate constant", 4200, 735);
-  head("LabelKb", -1, "kb", "backward chemical reaction rate constant", 5040, 735);
+  rate("LabelKb", "b", "backward chemical reaction rate constant", 5040);
   head("LabelKbFitted", -1, "kb fitted", "fitted backward chemical reaction rate constant", 5880, 735);
   head("LabelKbMin", -1, "kb min", "mininum backward chemical reaction rate constant", 6240, 735);
   head("LabelKbMax", -1, "kb max", "maxinum backward chemical reaction rate constant", 7080, 735);
   head("Label25", 0, "Keq", "chemical equilibrium constant", 8160, 735);
   for (int q = 1; q <= 4; ++q) {
     const int top = 480 + 360 * (q - 1);
-    add(ControlKind::Label, "homo", q, &f).initialCaption(std::to_string(q)).place(120, top, 1215, 285);
+    add(ControlKind::Label, "homo", q, &f).initialCaption(std::to_string(q)).place(120, top, 1215, 285).font(kPlain);
     add(ControlKind::ComboBox, "pl", q, &f).items({"1", "2", "3", "4"}).place(1440, top, 615, 315);
     add(ControlKind::TextBox, "kf", q, &f).initialText("10").place(2160, top, 735, 285);
     addSlot(f, q + 15, 3000, top, 375, "1", "100");

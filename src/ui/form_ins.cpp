@@ -149,9 +149,9 @@ void FormIns::OK() {
   auto val = [this](const char* name) { return Val(control(name).text()); };
   e.Estart = val("Estart");
   e.Eend = val("Eend");
-  // A step or scan rate that is no number counts as 0, like every other box;
-  // a run then stops at its first division with the run's own message.
-  e.Estep = std::fabs(val("Estep"));
+  // Step and scan rate must hold numbers: anything else is a run-time error
+  // of the commit, which the command that called it reports.
+  e.Estep = std::fabs(TypedNumber(control("Estep")));
   e.ARE = val("ARE");
   e.Cdl = val("Cdl");
   e.Ru = val("txtRu");
@@ -160,7 +160,7 @@ void FormIns::OK() {
   e.Noise = val("Noise");
   e.td = val("td");
   e.tp = val("tp");
-  e.V = std::fabs(val("V"));
+  e.V = std::fabs(TypedNumber(control("V")));
   e.leng = val("leng");
   e.radius = val("radius");
   e.omega = val("TextRrate") * 3.141592654 / 30;

@@ -24,28 +24,23 @@ float F(double x) {
   return static_cast<float>(x);
 }
 
-// Marks stand at from + k * step. The position is computed from k rather than
-// summed, and the end is compared with a tolerance of a millionth of a step,
-// so that the mark at the far edge of the frame is not lost to rounding
-// (-0.3 + 6 * 0.1 lies just above 0.3). A manual range far wider than the
-// step would give millions of marks, or marks that do not move at all: that
-// ends the plot like any other run-time error instead of hanging the program.
-// A 16-bit count of marks stays below the cap.
+// Marks and grid lines stand where a running sum from `from` takes them,
+// as long as `within` holds: x = from, x + step, and so on, each sum rounded
+// in turn, so that rounding may lose the mark at the far edge. A step too
+// small to move the sum, or millions of marks from a manual range, would
+// never end: that ends the plot like any other run-time error. A 16-bit
+// count of marks stays below the cap.
 constexpr long kMaxMarks = 40000;
 
-template <class Mark>
-void Marks(double from, double to, double step, bool inclusive, Mark mark) {
-  const double tol = 1e-6 * std::fabs(step);
-  const bool up = step > 0;
-  double previous = 0;
-  for (long k = 0;; ++k) {
-    const double v = Checked(from + static_cast<double>(k) * step);
-    if (k > 0 && v == previous) Raise(ErrorKind::Overflow);
-    previous = v;
-    const bool within = up ? (inclusive ? v <= to + tol : v < to - tol) : (inclusive ? v >= to - tol : v > to + tol);
-    if (!within) return;
-    if (k >= kMaxMarks) Raise(ErrorKind::Overflow);
+template <class Within, class Mark>
+void RunningMarks(double from, double step, Within within, Mark mark) {
+  long count = 0;
+  for (double v = from; within(v);) {
+    if (++count > kMaxMarks) Raise(ErrorKind::Overflow);
     mark(v);
+    const double next = Checked(v + step);
+    if (next == v) Raise(ErrorKind::Overflow);
+    v = next;
   }
 }
 
@@ -174,7 +169,7 @@ void Plot(Workbench& wb) {
 
   // X marks about 0.1 apart on an axis in volts.
   const double xstep = Div(dx, CInt(Checked(10 * dx)));
-  Marks(xmin, xmax, xstep, true, [&](double x) {
+  RunningMarks(xmin, xstep, [&](double x) { return x <= xmax; }, [&](double x) {
     s.line(F(x), F(ymin), F(x), F(ymin + 0.02 * dy));
     s.setTextPosition(F(x), F(ymin));
     s.printLine(FormatNumber(x, "0.##"));
@@ -183,14 +178,14 @@ void Plot(Workbench& wb) {
   // Y marks in units of the decade, on the edge where the axis begins.
   if (reversed) {
     const double ystep = Div(ymin, CInt(Div(ymin, decade)));
-    Marks(ymax, ymin, -ystep, true, [&](double y) {
+    RunningMarks(ymax, -ystep, [&](double y) { return y >= ymin; }, [&](double y) {
       s.line(F(xmax), F(y), F(xmax - 0.01 * dx), F(y));
       s.setTextPosition(F(xmax + 0.04 * dx), F(y));
       s.printLine(FormatNumber(Div(y, decade), "0"));
     });
   } else {
     const double ystep = Div(ymax, CInt(Div(ymax, decade)));
-    Marks(ymin, ymax, ystep, true, [&](double y) {
+    RunningMarks(ymin, ystep, [&](double y) { return y <= ymax; }, [&](double y) {
       s.line(F(xmin), F(y), F(xmin + 0.01 * dx), F(y));
       s.setTextPosition(F(xmin - 0.04 * dx), F(y));
       s.printLine(FormatNumber(Div(y, decade), "0"));
@@ -198,9 +193,9 @@ void Plot(Workbench& wb) {
   }
 
   if (e.GridFlag) {
-    Marks(xmin, xmax, xstep, false, [&](double x) { s.line(F(x), F(ymin), F(x), F(ymax)); });
+    RunningMarks(xmin, xstep, [&](double x) { return x < xmax; }, [&](double x) { s.line(F(x), F(ymin), F(x), F(ymax)); });
     const double ystep = Div(ymax, CInt(Div(ymax, decade)));
-    Marks(ymin, ymax, ystep, false, [&](double y) { s.line(F(xmin), F(y), F(xmax), F(y)); });
+    RunningMarks(ymin, ystep, [&](double y) { return y < ymax; }, [&](double y) { s.line(F(xmin), F(y), F(xmax), F(y)); });
   }
 }
 

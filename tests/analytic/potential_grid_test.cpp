@@ -74,12 +74,18 @@ TEST(PotentialGrid, TooManyPointsStopsAtTheBound) {
   XAxis X;
   EXPECT_THROW(BuildPotentialGrid(e, X), RunError);
   EXPECT_DOUBLE_EQ(X(4000), -0.99975);
-  Experiment huge = Scan(0, 1, 1e-6, 0.5);  // a million steps: no 16-bit count
-  try {
-    BuildPotentialGrid(huge, X);
-    FAIL();
-  } catch (const RunError& err) {
-    EXPECT_EQ(err.kind(), ErrorKind::Overflow);
+  // NHalf is a 16-bit integer, the +1 included: 32766 steps give 32767
+  // points and stop at point 4001; 32767 steps overflow.
+  const std::pair<double, ErrorKind> counts[] = {
+      {32766.4, ErrorKind::SubscriptOutOfRange}, {32766.6, ErrorKind::Overflow}, {1e6, ErrorKind::Overflow}};
+  for (const auto& [steps, fault] : counts) {
+    Experiment many = Scan(0, steps * 1e-5, 1e-5, 0.5);
+    try {
+      BuildPotentialGrid(many, X);
+      ADD_FAILURE() << steps;
+    } catch (const RunError& err) {
+      EXPECT_EQ(err.kind(), fault) << steps;
+    }
   }
 }
 

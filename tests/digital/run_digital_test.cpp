@@ -274,6 +274,9 @@ TEST(Chemistry, ChainCasesFollowTheOrderOfTyping) {
   c.typed({"A", "B"});
   CompileMechanism(c.mech, c.e);
   EXPECT_EQ(FindChain(c.e.ChargeMap), ChargeChain::None);
+  c.typed({"A", ""});  // empty right side, no reaction 2: 0 meets 0
+  CompileMechanism(c.mech, c.e);
+  EXPECT_EQ(FindChain(c.e.ChargeMap), ChargeChain::Chain2);
 }
 
 TEST(UncompensatedResistance, ShiftsThePeakByTheOhmicDrop) {

@@ -152,6 +152,31 @@ class RenderTest : public QObject {
     QVERIFY(again.waitForFinished(30000));
     QVERIFY(again.exitCode() != 0);
   }
+
+  // Labels printed at one corner (the lowest Y label beside the first X
+  // label) must not share ink: painted together they blacken exactly the
+  // pixels they blacken apart. Labels on lines of their own never move.
+  void labelsAtOneCornerDoNotOverlap() {
+    auto ink = [](const std::vector<std::pair<float, std::string>>& prints) {
+      std::vector<DrawCall> calls = {{"scale", {0, 0, 393, 178}, {}}};
+      for (const auto& [y, text] : prints) {
+        calls.push_back({"textpos", {200, y}, {}});
+        calls.push_back({"print", {}, text});
+      }
+      QImage img(393, 178, QImage::Format_ARGB32);
+      QPainter painter(&img);
+      PaintPicture(painter, QRectF(0, 0, 393, 178), calls);
+      painter.end();
+      int n = 0;
+      for (int y = 0; y < img.height(); ++y) n += DarkInRow(img, y, 0, img.width() - 1);
+      return n;
+    };
+    const int x = ink({{100, "0.3"}}), y = ink({{100, "-1"}});
+    QVERIFY(x > 0 && y > 0);
+    QCOMPARE(ink({{100, "0.3"}, {100, "-1"}}), x + y);
+    QCOMPARE(ink({{20, "0.3"}, {100, "-1"}}), x + y);
+    QCOMPARE(ink({{100, "-1"}, {100, "-1"}, {100, "-1"}}), 3 * y);
+  }
 };
 
 QTEST_MAIN(RenderTest)

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QShortcut>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -14,6 +15,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -25,6 +27,8 @@
 #include "qt_platform.h"
 #include "ui/form_expr.h"
 #include "ui/form_ins.h"
+#include "ui/form_tech.h"
+#include "user_guide.h"
 #include "ui/plot_display_list.h"
 #include "ui/workbench.h"
 
@@ -282,7 +286,7 @@ class WindowTest : public QObject {
     QVERIFY(p.window.platform().plot.hasPicture());  // the plot stays
   }
 
-  void noDataLeavesTheWindowBlankAndAResizeDoesNotRepeatTheMessage() {
+  void noDataLeavesTheWindowBlankAndAResizeDrawsAgain() {
     Program p;
     p.menu("mnuSimulate");
     p.menu("mnuOption");
@@ -303,7 +307,55 @@ class WindowTest : public QObject {
     plot->resize(plot->width() + 50, plot->height() + 50);
     QCoreApplication::processEvents();
     QCoreApplication::processEvents();
-    QCOMPARE(p.messages.size(), std::size_t(1));
+    // The resize plots again, though there is no picture: the same message.
+    QCOMPARE(p.messages, (std::vector<std::string>{"Error: No data!", "Error: No data!"}));
+  }
+
+  // A form brought to the front redoes its layout: the instrument form
+  // shows the pulse boxes of the technique chosen while it stood behind.
+  void aFormBroughtToTheFrontRedoesItsLayout() {
+    Program p;
+    p.menu("mnuInstrument");
+    p.menu("mnuTech");
+    auto* tp = p.in<QLineEdit>("FormIns", "tp");
+    QVERIFY(tp && !tp->isVisibleTo(tp->parentWidget()));
+    p.window.workbench().formTech().control("optTech", 3).click();
+    p.window.workbench().formTech().OK();
+    QVERIFY(!tp->isVisibleTo(tp->parentWidget()));
+    QMdiSubWindow* ins = p.window.window("FormIns");
+    p.window.findChild<QMdiArea*>()->setActiveSubWindow(ins);
+    QCoreApplication::processEvents();
+    QVERIFY(tp->isVisibleTo(tp->parentWidget()));
+  }
+
+  // Headings whose places overlap keep to their own column: measured in the
+  // font they are shown in, each caption ends before the next control on
+  // its line begins.
+  void chemicalsHeadingsFitTheirColumns() {
+    Program p;
+    p.menu("mnuExperimental");
+    QWidget* form = p.window.window("FormExpr")->widget();
+    int checked = 0;
+    for (QLabel* a : form->findChildren<QLabel*>()) {
+      if (!a->isVisibleTo(form) || a->text().isEmpty()) continue;
+      const int end = a->x() + QFontMetrics(a->font()).horizontalAdvance(a->text());
+      for (QWidget* b : a->parentWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        const int shared = std::min(a->y() + a->height(), b->y() + b->height()) - std::max(a->y(), b->y());
+        const bool sameLine = 2 * shared > a->height();  // a row below that only touches it is no neighbour
+        if (b != a && b->isVisibleTo(form) && sameLine && b->x() > a->x())
+          QVERIFY2(end < b->x(), qPrintable(a->objectName() + " runs into " + b->objectName()));
+      }
+      ++checked;
+    }
+    QVERIFY(checked > 20);
+  }
+
+  // F1 opens the user guide of the source tree (or the installed one).
+  void f1OpensTheUserGuide() {
+    Program p;
+    const auto keys = p.window.findChildren<QShortcut*>();
+    QVERIFY(std::any_of(keys.begin(), keys.end(), [](QShortcut* k) { return k->key() == QKeySequence(Qt::Key_F1); }));
+    QVERIFY(UserGuidePath().endsWith(QStringLiteral("/VoltrixDoc.htm")));
   }
 
   void fileFiltersBecomeQtNameFilters() {

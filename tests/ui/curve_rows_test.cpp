@@ -125,5 +125,37 @@ TEST_F(CurveRowsTest, ZeroSolutionConductanceIsReportedNotDivided) {
   EXPECT_NE(hw.messages()[0].find("Division by zero"), std::string::npos);
 }
 
+// As the last step of a run, a cell without a resistance or a conductance is
+// a run-time error for the run's handler, not a message of its own.
+TEST_F(CurveRowsTest, InARunTheCellFaultsGoToTheRunsHandler) {
+  const struct {
+    const char *quantity, *form, *control, *text, *fault;
+  } rows[] = {
+      {"resistance R", "FormExpr", "TextElectrolyteC", "0", "Division by zero"},  // no conductance at all
+      {"resistance R", "FormIns", "TextDis", "one", "Type mismatch"},
+      {"resistance R", "FormIns", "ARE", "0", "Division by zero"},
+      {"conductance Cond", "FormIns", "TextDis", "0", "Division by zero"},
+      {"conductance Cond", "FormExpr", "TextElectrolyteC", "0", ""},  // 0 is a conductance
+  };
+  for (const auto& row : rows) {
+    Control& box = wb.formNamed(row.form)->control(row.control);
+    const std::string old = box.text();
+    fakeRun();
+    StartCurve(wb);
+    for (int i = 1; i <= 3; ++i) s.SurfC(1, i) = s.SurfC(2, i) = 0;
+    box.setText(row.text);
+    quantity(row.quantity);
+    std::string fault;
+    try {
+      PlotDataStepOfRun(wb);
+    } catch (const RunError& err) {
+      fault = err.description();
+    }
+    EXPECT_EQ(fault, row.fault) << row.quantity << " " << row.control;
+    box.setText(old);
+  }
+  EXPECT_TRUE(hw.messages().empty());
+}
+
 }  // namespace
 }  // namespace voltrix

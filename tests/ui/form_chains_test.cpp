@@ -263,5 +263,25 @@ TEST_F(FormsTest, TypedSpeciesNamesHeadTheRows) {
   EXPECT_TRUE(expr("Cinit", 3).visible());
 }
 
+// The chemicals form's labels are plain (weight 400), and the rate constant
+// headings read k with the subscript f or b: a smaller letter set lower.
+TEST(ChemicalsForm, LabelsArePlainAndRateHeadingsCarrySubscripts) {
+  test::HeadlessWorkbench hw;
+  Form& x = hw.wb.formExpr();
+  for (const Control* c : x.controls()) {
+    if (c->kind() != ControlKind::Label) continue;
+    const FontSpec font = c->state().font.value_or(x.font());
+    EXPECT_FALSE(font.bold) << c->fullName();
+  }
+  for (const auto& [base, sub] : {std::pair{"LabelKf", "f"}, std::pair{"LabelKb", "b"}}) {
+    const Control& k = x.control(base);
+    const Control& s = x.control(std::string(base) + "Sub");
+    EXPECT_EQ(k.caption(), "k");
+    EXPECT_EQ(s.caption(), sub);
+    EXPECT_LT(s.state().font->size, k.state().font->size);
+    EXPECT_GT(s.place().top, k.place().top);
+  }
+}
+
 }  // namespace
 }  // namespace voltrix

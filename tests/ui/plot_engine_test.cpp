@@ -309,7 +309,7 @@ TEST(PlotFailures, RunTimeErrorsEndSilentlyAfterCurvesAndFrame) {
   EXPECT_TRUE(huge.messages().empty());
 }
 
-TEST(PlotFailures, GridLinesSpanTheFrameAndStopShortOfTheFarEdge) {
+TEST(PlotFailures, GridLinesFollowTheRunningSumAcrossTheFrame) {
   PlotBench b(Peak);
   b.option("CheckGrid").setValue(1);
   PlotCurves(b.wb);
@@ -318,7 +318,7 @@ TEST(PlotFailures, GridLinesSpanTheFrameAndStopShortOfTheFarEdge) {
     if (l.args[0] == l.args[2] && Near(l.args[1], -1e-5f) && Near(l.args[3], 4e-5f)) ++vertical;
     if (l.args[1] == l.args[3] && Near(l.args[0], -0.3f) && Near(l.args[2], 0.3f) && l.args[1] != 0) ++horizontal;
   }
-  EXPECT_EQ(vertical, 6);    // -0.3 .. 0.2; 0.3 is the frame
+  EXPECT_EQ(vertical, 7);    // -0.3 .. 0.2, and the seventh sum 0.29999999999999993 < 0.3
   EXPECT_EQ(horizontal, 4);  // -1e-5, 1e-5, 2e-5, 3e-5 (0 is the dashed line)
 }
 
@@ -338,6 +338,29 @@ TEST(PlotRecording, DisplayListKeepsOnlyTheLastPictureAndReplaysIt) {
   }
   list.clear();
   EXPECT_FALSE(list.hasPicture());
+}
+
+// X marks: x = Xmin, then x = x + step while x <= Xmax, each sum rounded to
+// a double in turn (IEEE 754 double arithmetic; checked by hand). Where the
+// sum lands above Xmax the mark at the far edge is not drawn.
+TEST(PlotMarks, XMarksFollowTheRunningSum) {
+  const struct {
+    const char *xmin, *xmax;
+    std::vector<std::string> labels;
+  } rows[] = {{"-2", "-1.8", {"-2.", "-1.9"}},          // -2 + 0.1 + 0.1 > -1.8
+              {"-2", "-1.7", {"-2.", "-1.9", "-1.8"}},  // the third sum lands above -1.7
+              {"0", "0.3", {"0.", "0.1", "0.2", "0.3"}}};  // the sums meet 0.3 exactly
+  for (const auto& row : rows) {
+    PlotBench b(Peak);
+    b.option("Xauto").setValue(0);
+    b.option("XminText").setText(row.xmin);
+    b.option("XmaxText").setText(row.xmax);
+    PlotCurves(b.wb);
+    std::vector<std::string> xLabels;
+    for (const auto& [at, text] : b.labels())
+      if (Near(at[1], -1e-5f) && at[0] <= std::stof(row.xmax) + 1e-6f) xLabels.push_back(text);  // not the Y label
+    EXPECT_EQ(xLabels, row.labels) << row.xmin << " to " << row.xmax;
+  }
 }
 
 }  // namespace
