@@ -68,6 +68,9 @@ struct Platform {
   Pointer& pointer;
   DrawingSurface& plot;
   PictureOutput& picture;
+  // Progress and stop of long fits (model/fit_progress.h); none: a fit runs
+  // to its end and shows nothing as it goes.
+  class FitProgress* fitProgress = nullptr;
 };
 
 }  // namespace voltrix
