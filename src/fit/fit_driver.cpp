@@ -86,17 +86,10 @@ namespace {
 // its probes in the serial order: the starts already fill the cores.
 std::unique_ptr<FitModel> ModelOnCopy(Workbench& copy) { return std::make_unique<WorkbenchFitModel>(copy, 1); }
 
-FitOutcome FitFromEveryStart(Workbench& wb, FitModel& model, FitSetup& setup, const FitCurve& target,
-                             double variance, int starts) {
-  const MultiStartRun run = RunMultiStart(wb, setup, target, variance, kMaxPoints, starts, ModelOnCopy);
-  FitSetup asRead = setup;
-  const FitOutcome out = TakeBestStart(wb, model, setup, run);
-  PrintStarts(wb.formResult(), FittedNames(wb), run, asRead);
-  return out;
-}
-
 // What the options of the fit add below the classic report.
-void ReportExtras(Workbench& wb, FitModel& model, const FitSetup& setup, const FitOutcome& out) {
+void ReportExtras(Workbench& wb, FitModel& model, const FitSetup& setup, const FitOutcome& out,
+                  const MultiStartRun& starts) {
+  if (!starts.starts.empty()) PrintStarts(wb.formResult(), FittedNames(wb), starts, setup);
   if (out.stopped) {
     ++wb.fits.stoppedFits;
     wb.formResult().print(ConvergenceInWords(out.convergenceFlag, true, out.passes));
@@ -116,13 +109,19 @@ void RunAutoFit(Workbench& wb, const FitCurve& fitTarget, FitModel& model) {
     FitSetup setup = ReadSetup(wb);
     const double variance = TargetVariance(e, fitTarget, Count(e.NData));
     const int starts = FitStarts(wb);
-    const FitOutcome out = starts > 1 ? FitFromEveryStart(wb, model, setup, fitTarget, variance, starts)
-                                      : RunPasses(wb, model, setup, fitTarget, variance, kMaxPoints, ProgressWatch(wb));
+    MultiStartRun run;
+    FitOutcome out;
+    if (starts > 1) {
+      run = RunMultiStart(wb, setup, fitTarget, variance, kMaxPoints, starts, ModelOnCopy);
+      out = TakeBestStart(wb, model, setup, run);
+    } else {
+      out = RunPasses(wb, model, setup, fitTarget, variance, kMaxPoints, ProgressWatch(wb));
+    }
     e.tElapsed = wb.platform.clock.seconds() - e.tElapsed;
     PrintReport(wb, setup, out, variance);
     ShowFittedValues(wb, setup);
     KeepResidual(wb);
-    ReportExtras(wb, model, setup, out);
+    ReportExtras(wb, model, setup, out, run);
   } catch (const RunError& err) {
     ForgetResidual(wb);
     ++wb.fits.failedFits;

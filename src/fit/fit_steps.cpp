@@ -69,8 +69,8 @@ FitCurve BuildFitTarget(Workbench& wb) {
 FitOutcome RunPasses(Workbench& wb, FitModel& model, FitSetup& setup, const FitCurve& target, double variance,
                      int pointLimit, const PassWatch& watch) {
   Experiment& e = wb.experiment;
-  MarquardtContext ctx{model, wb.optimiser, e.DataSpread.value(), e.ObjectiveCount, pointLimit};
   FitOutcome out;
+  MarquardtContext ctx{model, wb.optimiser, e.DataSpread.value(), e.ObjectiveCount, pointLimit, &out.derivatives};
   out.curve = FitCurve(static_cast<std::size_t>(std::max(pointLimit, kMaxPoints)) + 1, 0.0);
   out.n = std::min(Count(e.NData), pointLimit);
   int started = 0;

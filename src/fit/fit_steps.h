@@ -25,6 +25,9 @@ struct FitOutcome {
   bool stopped = false;  // stopped between passes at the user's request
   FitCurve curve;        // points 1 to n
   int n = 0;
+  // The central-difference derivatives of the last pass, column by
+  // parameter, taken where that pass began.
+  std::vector<std::vector<double>> derivatives;
 };
 
 // Told after each pass that another would follow; false stops the fit there.

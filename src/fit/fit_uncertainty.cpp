@@ -10,15 +10,16 @@
 
 namespace voltrix {
 
-FitStatistics MeasureFitSpread(FitModel& model, int k, const ParameterVector& b, const FitCurve& curve, int n,
-                               double sumOfSquares, double dataSpread) {
+FitStatistics MeasureFitSpread(FitModel& model, int k, const ParameterVector& b, int n, double sumOfSquares,
+                               double dataSpread) {
   std::vector<ParameterVector> probes;
   std::vector<double> steps;
   for (int j = 1; j <= k; ++j) {
     steps.push_back(ProbeStep(b(j), dataSpread));
-    ParameterVector p = b;
-    p(j) = Checked(b(j) + steps.back());
-    probes.push_back(p);
+    for (double side : {1.0, -1.0}) {
+      probes.push_back(b);
+      probes.back()(j) = Checked(b(j) + side * steps.back());
+    }
   }
   std::vector<FitCurve> curves(probes.size());
   std::vector<int> counts(probes.size(), n);
@@ -26,9 +27,12 @@ FitStatistics MeasureFitSpread(FitModel& model, int k, const ParameterVector& b,
   SquareMatrix columns(static_cast<std::size_t>(k), std::vector<double>(static_cast<std::size_t>(n) + 1, 0.0));
   std::vector<double> values;
   for (int j = 0; j < k; ++j) {
-    if (counts[j] != n) Raise(ErrorKind::SubscriptOutOfRange);
-    if (steps[j] == 0.0) Raise(ErrorKind::DivisionByZero);
-    for (int l = 1; l <= n; ++l) columns[j][l] = Checked((curves[j][l] - curve[l]) / steps[j]);
+    const FitCurve& plus = curves[2 * j];
+    const FitCurve& minus = curves[2 * j + 1];
+    if (counts[2 * j] != n || counts[2 * j + 1] != n) Raise(ErrorKind::SubscriptOutOfRange);
+    const double width = Checked(2 * steps[j]);
+    if (width == 0.0) Raise(ErrorKind::DivisionByZero);
+    for (int l = 1; l <= n; ++l) columns[j][l] = Checked((plus[l] - minus[l]) / width);
     values.push_back(b(j + 1));
   }
   return SpreadOfFit(columns, values, sumOfSquares, n);
@@ -43,9 +47,16 @@ std::string ConvergenceInWords(int flag, bool stopped, int passes) {
   return "Convergence flag 1: the pass limit ended the fit before it converged; the values may still move.";
 }
 
+std::string ShortNumber(double x) {
+  std::string s = FormatNumber(x, "0.####E-0");
+  const auto point = s.find(".E");
+  if (point != std::string::npos) s.erase(point, 1);
+  return s;
+}
+
 namespace {
 
-std::string Short(double x) { return FormatNumber(x, "0.####E-0"); }
+std::string Short(double x) { return ShortNumber(x); }
 
 // Four decimals, without the bare point the pattern leaves on a whole number.
 std::string Correlation(double r) {
@@ -108,17 +119,19 @@ void PrintUncertainty(TextWindow& w, const std::vector<std::string>& names, cons
   PrintCondition(w, names, st);
 }
 
-void ReportUncertainty(Workbench& wb, FitModel& model, const FitSetup& setup, const FitOutcome& out) {
-  TextWindow& w = wb.formResult();
-  if (setup.k == 0) {
-    w.print("Uncertainty: no parameter is ticked.");
-    return;
-  }
+namespace {
+
+FitStatistics SpreadAtTheEnd(Workbench& wb, FitModel& model, const FitSetup& setup, const FitOutcome& out) {
+  std::vector<double> values;
+  for (int j = 1; j <= setup.k; ++j) values.push_back(setup.b(j));
+  const bool converged = !out.stopped && out.convergenceFlag < 0;
+  if (converged && static_cast<int>(out.derivatives.size()) == setup.k)
+    return SpreadOfFit(out.derivatives, values, out.sumOfSquares, out.n);
   const Experiment fitted = wb.experiment;
   const CurveStore curves = wb.store;
   FitStatistics st;
   try {
-    st = MeasureFitSpread(model, setup.k, setup.b, out.curve, out.n, out.sumOfSquares, fitted.DataSpread.value());
+    st = MeasureFitSpread(model, setup.k, setup.b, out.n, out.sumOfSquares, fitted.DataSpread.value());
   } catch (const RunError&) {
     wb.experiment = fitted;
     wb.store = curves;
@@ -126,7 +139,18 @@ void ReportUncertainty(Workbench& wb, FitModel& model, const FitSetup& setup, co
   }
   wb.experiment = fitted;
   wb.store = curves;
-  PrintUncertainty(w, FittedNames(wb), st);
+  return st;
+}
+
+}  // namespace
+
+void ReportUncertainty(Workbench& wb, FitModel& model, const FitSetup& setup, const FitOutcome& out) {
+  TextWindow& w = wb.formResult();
+  if (setup.k == 0) {
+    w.print("Uncertainty: no parameter is ticked.");
+    return;
+  }
+  PrintUncertainty(w, FittedNames(wb), SpreadAtTheEnd(wb, model, setup, out));
   if (!out.stopped && out.passes > 0) w.print(ConvergenceInWords(out.convergenceFlag, false, out.passes));
 }
 

@@ -11,11 +11,17 @@ namespace voltrix {
 
 class TextWindow;
 
-// The spread of the fit at b, whose curve (points 1 to n) and sum of squares
-// are known: the optimiser's probe step, taken forward from that curve, so it
-// costs one simulation per parameter.
-FitStatistics MeasureFitSpread(FitModel& model, int k, const ParameterVector& b, const FitCurve& curve, int n,
-                               double sumOfSquares, double dataSpread);
+// The spread of the fit at b, of n points and the given sum of squares,
+// from fresh central differences with the optimiser's step: two simulations
+// per parameter. (A one-sided step is cheaper but its error grows with the
+// correlation of the parameters: 1 % on the standard errors of NIST's
+// Misra1a, against 0.002 % for the central one.)
+FitStatistics MeasureFitSpread(FitModel& model, int k, const ParameterVector& b, int n, double sumOfSquares,
+                               double dataSpread);
+
+// Five significant digits, for the tables below the classic report:
+// "9.9961E-4", "-1E-1".
+std::string ShortNumber(double x);
 
 // What the convergence flag of the last pass means, in words.
 std::string ConvergenceInWords(int flag, bool stopped, int passes);
@@ -35,8 +41,10 @@ struct FitSetup;
 struct FitOutcome;
 
 // Measures and prints the block for the fit that ended in `out`, then the
-// convergence flag in words. The probes run through the model and leave the
-// workbench's model and curves as the fit left them.
+// convergence flag in words. A converged fit's spread comes from the
+// derivatives of its last pass, at no cost; a fit that stopped short of
+// convergence, or made no pass, probes anew through the model, which leaves
+// the workbench's model and curves as the fit left them.
 void ReportUncertainty(Workbench& wb, FitModel& model, const FitSetup& setup, const FitOutcome& out);
 
 }  // namespace voltrix

@@ -145,7 +145,7 @@ void GlobalFitModel::Objective(const ParameterVector& parameters, int& n, FitCur
 
 namespace {
 
-std::string Short(double x) { return FormatNumber(x, "0.####E-0"); }
+std::string Short(double x) { return ShortNumber(x); }
 
 // Each curve's own least square, kept in the set with its fitted curve.
 void ReportEachCurve(Workbench& wb, const GlobalFitModel& model, const FitOutcome& out) {

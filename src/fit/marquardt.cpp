@@ -78,6 +78,11 @@ void ComputeDerivatives(MarquardtContext& ctx, int k, int& n, Jacobian& jac) {
   }
 }
 
+void KeepDerivatives(int k, int n, Jacobian& jac, std::vector<std::vector<double>>& kept) {
+  kept.assign(static_cast<std::size_t>(k), {});
+  for (int j = 1; j <= k; ++j) kept[j - 1].assign(jac.column(j), jac.column(j) + n + 1);
+}
+
 // J'J and J'(Y - Z); a parameter without measurable influence is frozen for
 // the pass (its row and column become those of the identity).
 void BuildNormalEquations(int k, int n, Jacobian& jac, const FitCurve& target, const FitCurve& calculated,
@@ -203,6 +208,7 @@ void MarquardtPass(MarquardtContext& ctx, int k, ParameterVector& b, int& n, Fit
 
   Jacobian jac(k, ctx.pointLimit);
   ComputeDerivatives(ctx, k, n, jac);
+  if (ctx.lastDerivatives) KeepDerivatives(k, n, jac, *ctx.lastDerivatives);
   Matrix normal{}, solve{};
   BuildNormalEquations(k, n, jac, target, calculated, normal);
   ScaleNormalEquations(k, normal);

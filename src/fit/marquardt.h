@@ -41,6 +41,9 @@ struct MarquardtContext {
   double dataSpread;
   Field& objectiveCount;
   int pointLimit = kMaxPoints;  // a global fit joins several curves into one
+  // When set, each pass leaves its derivatives here: column j - 1 holds
+  // d(curve)/d(parameter j) at points 0 to n, at the values the pass began from.
+  std::vector<std::vector<double>>* lastDerivatives = nullptr;
 };
 
 // The derivative probe step of a parameter: 1 percent of its value, the

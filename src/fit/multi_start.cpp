@@ -4,11 +4,13 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <limits>
 #include <condition_variable>
 #include <mutex>
 #include <system_error>
 #include <thread>
 
+#include "fit/fit_uncertainty.h"
 #include "fit/latin_hypercube.h"
 #include "model/fit_progress.h"
 #include "model/headless_platform.h"
@@ -42,6 +44,7 @@ struct StartCrew {
   std::mutex lock;
   std::condition_variable changed;
   FitProgressReport latest;
+  double bestSoFar = std::numeric_limits<double>::infinity();
 
   void note(int pass, double leastSquare) {
     std::lock_guard<std::mutex> g(lock);
@@ -76,6 +79,11 @@ void RunOneStart(StartCrew& crew, Workbench& copy, HeadlessPlatform& platform, i
   r.fitted = setup.b;
   r.evaluations = copy.experiment.ObjectiveCount.value();
   r.out.curve = FitCurve();
+  // Only the best end needs its derivatives (for the uncertainty); the rest
+  // would hold a Jacobian for every start.
+  std::lock_guard<std::mutex> g(crew.lock);
+  if (!r.failed && r.out.sumOfSquares <= crew.bestSoFar) crew.bestSoFar = r.out.sumOfSquares;
+  else r.out.derivatives.clear();
 }
 
 // Each start begins from the workbench as the command found it, so which
@@ -157,7 +165,7 @@ bool SameMinimum(const ParameterVector& a, const ParameterVector& b, const FitSe
   return true;
 }
 
-std::string Short(double x) { return FormatNumber(x, "0.####E-0"); }
+std::string Short(double x) { return ShortNumber(x); }
 
 }  // namespace
 
@@ -179,6 +187,8 @@ MultiStartRun RunMultiStart(Workbench& wb, const FitSetup& setup, const FitCurve
   run.stopped = crew.stop.load();
   run.best = BestStart(run.starts);
   if (run.best < 0) Raise(ErrorKind::InvalidOperation, FirstTrouble(run.starts));
+  for (int i = 0; i < static_cast<int>(run.starts.size()); ++i)
+    if (i != run.best) run.starts[i].out.derivatives.clear();
   return run;
 }
 
