@@ -90,10 +90,8 @@ std::unique_ptr<FitModel> ModelOnCopy(Workbench& copy) { return std::make_unique
 void ReportExtras(Workbench& wb, FitModel& model, const FitSetup& setup, const FitOutcome& out,
                   const MultiStartRun& starts) {
   if (!starts.starts.empty()) PrintStarts(wb.formResult(), FittedNames(wb), starts, setup);
-  if (out.stopped) {
-    ++wb.fits.stoppedFits;
-    wb.formResult().print(ConvergenceInWords(out.convergenceFlag, true, out.passes));
-  }
+  if (out.stopped) wb.formResult().print(ConvergenceInWords(out.convergenceFlag, true, out.passes));
+  if (out.stopped || starts.stopped) ++wb.fits.stoppedFits;
   if (UncertaintyWanted(wb)) ReportUncertainty(wb, model, setup, out);
 }
 

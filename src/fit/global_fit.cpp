@@ -195,10 +195,8 @@ void RunGlobalFit(Workbench& wb) {
   ShowFittedValues(wb, setup);
   ReportEachCurve(wb, model, out);
   if (starts > 1) PrintStarts(wb.formResult(), FittedNames(wb), multi, setup);
-  if (out.stopped) {
-    ++wb.fits.stoppedFits;
-    wb.formResult().print(ConvergenceInWords(out.convergenceFlag, true, out.passes));
-  }
+  if (out.stopped) wb.formResult().print(ConvergenceInWords(out.convergenceFlag, true, out.passes));
+  if (out.stopped || multi.stopped) ++wb.fits.stoppedFits;
   ReportUncertainty(wb, model, setup, out);
 }
 

@@ -215,7 +215,6 @@ FitOutcome TakeBestStart(Workbench& wb, FitModel& model, FitSetup& setup, const 
   if (run.best > 0) setup.initial = best.start;
   setup.b = best.fitted;
   FitOutcome out = best.out;
-  out.stopped = run.stopped;
   model.Objective(setup.b, out.n, out.curve);
   wb.experiment.ObjectiveCount = best.evaluations;
   return out;

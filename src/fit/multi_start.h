@@ -52,7 +52,8 @@ struct Minimum {
 std::vector<Minimum> DistinctMinima(const MultiStartRun& run, const FitSetup& setup);
 
 // Puts the best start's values into setup and its curve into the workbench's
-// rows (one simulation), and gives its outcome as the fit's.
+// rows (one simulation), and gives its outcome as the fit's: stopped only if
+// the stop cut that start itself short.
 FitOutcome TakeBestStart(Workbench& wb, FitModel& model, FitSetup& setup, const MultiStartRun& run);
 
 void PrintStarts(TextWindow& w, const std::vector<std::string>& names, const MultiStartRun& run,
