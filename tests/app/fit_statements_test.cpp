@@ -1,7 +1,6 @@
 // The fit statements of voltrix-cli as a user runs them: a curve set built
 // from an exported file and a plotted row, its global fit and fitted curves,
 // the residual column of "show curves", refusals, and Ctrl-C during a fit.
-#include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -67,6 +66,9 @@ TEST(FitStatements, RefuseWhatCannotBeDoneAndSaySo) {
       {{"menu mnuSimulate", "fitset row 1 FormIns.Nope=1"}, 2, "voltrix-cli: fitset: There is no control FormIns.Nope\n"},
       {{"menu mnuSimulate", "fitset row 3"}, 2, "voltrix-cli: fitset row: no plotted row 3\n"},
       {{"fitset fly"}, 2, "voltrix-cli: unknown statement \"fitset fly\"\n"},
+      {{"click FormMech.CheckDigital", "menu mnuSimulate", "fitset row 1 FormIns.Estep=0.01", "fitset fit"}, 0,
+       "message: Fit Error: Curve 1 (row 1) has 121 points, but its settings simulate 61! Please try again by other "
+       "initial values.\n"},
       {{"fitset fit"}, 0,
        "message: Fit Error: The curve set is empty: add curves to it first! Please try again by other initial "
        "values.\n"},

@@ -21,6 +21,14 @@ using test::HeadlessWorkbench;
 
 void Tick(Workbench& wb, int slot) { wb.formExpr().control("CheckFitted", slot).setValue(1); }
 
+// The reference sweep in 5 mV steps, with the program's own 1 % noise, as row 1.
+void NoisyTarget(Workbench& wb) {
+  test::ClosedFormSweep(wb, "0.005");
+  wb.formIns().control("Noise").setText("1");
+  test::CleanCurve(wb);
+  wb.formIns().control("Noise").setText("0");
+}
+
 // 200 curves of 61 points, E0 0 V, ks 0.005 cm/s and 1 mM (as pre-equilibrated),
 // each with its own Gaussian noise of 1 % of the peak, fitted from the truth.
 // A correct interval holds the truth in 95 % of them; with 200 curves the
@@ -49,12 +57,19 @@ TEST(FitUncertainty, NinetyFivePercentIntervalsHoldTheTruthNinetyFivePercentOfTh
   }
 }
 
-std::vector<std::string> Lines(const Workbench& wb) {
-  const auto& all = const_cast<Workbench&>(wb).formResult().lines();
+// The report's lines that start with `head`; "" gives all but the time line,
+// which no two runs share.
+std::vector<std::string> Lines(Workbench& wb, const std::string& head = "") {
   std::vector<std::string> kept;
-  for (const std::string& l : all)
-    if (l.rfind("Computation time", 0) != 0) kept.push_back(l);
+  for (const std::string& l : wb.formResult().lines())
+    if (l.rfind(head, 0) == 0 && l.rfind("Computation time", 0) != 0) kept.push_back(l);
   return kept;
+}
+
+std::vector<double> LeastSquares(Workbench& wb) {
+  std::vector<double> sums;
+  for (const std::string& l : Lines(wb, "Least square = ")) sums.push_back(Val(l.substr(28)));
+  return sums;
 }
 
 // A reversible wave (ks 1e4 cm/s) scales with C times the root of D and no
@@ -62,31 +77,22 @@ std::vector<std::string> Lines(const Workbench& wb) {
 TEST(FitUncertainty, AReversibleWaveFlagsTheCorrelationOfDAndC) {
   HeadlessWorkbench hw;
   Workbench& wb = hw.wb;
-  test::ClosedFormSweep(wb, "0.005");
-  wb.formIns().control("Noise").setText("1");
-  test::CleanCurve(wb);
-  wb.formIns().control("Noise").setText("0");
+  NoisyTarget(wb);
   for (int slot : {13, 24}) Tick(wb, slot);
   wb.formExpr().control("CheckUncertainty").setValue(1);
   AutoFit(wb);
   ASSERT_TRUE(hw.messages().empty()) << hw.messages().front();
-  const std::vector<std::string> lines = Lines(wb);
-  const auto warning = std::find_if(lines.begin(), lines.end(), [](const std::string& l) {
-    return l.rfind("Warning:", 0) == 0;
-  });
-  ASSERT_NE(warning, lines.end());
-  EXPECT_NE(warning->find("C(A) and D(A) are the most correlated (-1)"), std::string::npos) << *warning;
+  const std::vector<std::string> warning = Lines(wb, "Warning:");
+  ASSERT_EQ(warning.size(), 1u);
+  EXPECT_NE(warning[0].find("C(A) and D(A) are the most correlated (-1)"), std::string::npos) << warning[0];
 }
 
 struct ReferenceFit {
   HeadlessWorkbench hw;
   Workbench& wb = hw.wb;
   explicit ReferenceFit(bool uncertainty) {
-    test::ClosedFormSweep(wb, "0.005");
     wb.formExpr().control("ks", 1).setText("0.005");
-    wb.formIns().control("Noise").setText("1");
-    test::CleanCurve(wb);
-    wb.formIns().control("Noise").setText("0");
+    NoisyTarget(wb);
     wb.formExpr().control("Eze", 1).setText("0.03");
     wb.formExpr().control("ks", 1).setText("0.002");
     for (int slot : {7, 13}) Tick(wb, slot);
@@ -96,6 +102,8 @@ struct ReferenceFit {
 
 // The probes of the block run after the report: the classic lines, the
 // captions and the curves left in the rows are those of the fit without it.
+// The residual is data minus fit: its squares add up to the least square
+// the report prints, until a new run changes the rows.
 TEST(FitUncertainty, LeavesTheClassicReportCaptionsAndCurvesAsTheyWere) {
   ReferenceFit classic(false), extended(true);
   AutoFit(classic.wb);
@@ -109,24 +117,13 @@ TEST(FitUncertainty, LeavesTheClassicReportCaptionsAndCurvesAsTheyWere) {
               extended.wb.formExpr().control("CheckFitted", slot).caption());
   for (int row : {1, 2})
     for (int i = 1; i <= 121; ++i) ASSERT_EQ(classic.wb.store.YData(row, i), extended.wb.store.YData(row, i));
-}
-
-// The residual is data minus fit, its squares add up to the least square the
-// report prints, and a new run of either row retires it.
-TEST(FitResidual, AddsUpToTheReportedLeastSquareUntilTheCurvesChange) {
-  ReferenceFit f(false);
-  AutoFit(f.wb);
-  const std::vector<double> r = CurrentResidual(f.wb);
+  const std::vector<double> r = CurrentResidual(classic.wb);
   ASSERT_EQ(r.size(), 122u);
   double squares = 0;
   for (int i = 1; i <= 121; ++i) squares += r[i] * r[i];
-  std::string least;
-  for (const std::string& l : f.wb.formResult().lines())
-    if (l.rfind("Least square = ", 0) == 0) least = l;
-  EXPECT_TRUE(test::IsClose(squares, Val(least.substr(28)), 1e-12));
-  f.wb.experiment.AutoFitFlag = true;
-  RunSimulation(f.wb);
-  EXPECT_TRUE(CurrentResidual(f.wb).empty());
+  EXPECT_TRUE(test::IsClose(squares, LeastSquares(classic.wb).back(), 1e-12));
+  RunSimulation(classic.wb);
+  EXPECT_TRUE(CurrentResidual(classic.wb).empty());
 }
 
 // A stop asked for during pass 2 ends the fit there, with the values of the
@@ -138,9 +135,7 @@ TEST(FitProgress, AStopBetweenPassesKeepsTheBestValuesSoFar) {
   progress.onReport = [&progress](const FitProgressReport& r) { progress.stop = r.pass == 2; };
   AutoFit(stopped.wb);
   ASSERT_EQ(progress.reports.size(), 2u);
-  std::vector<double> sums;
-  for (const std::string& l : stopped.wb.formResult().lines())
-    if (l.rfind("Least square = ", 0) == 0) sums.push_back(Val(l.substr(28)));
+  const std::vector<double> sums = LeastSquares(stopped.wb);
   ASSERT_EQ(sums.size(), 3u);
   EXPECT_EQ(sums[2], *std::min_element(sums.begin(), sums.end()));
   EXPECT_TRUE(test::IsClose(progress.reports[1].leastSquare, sums[2], 1e-14));

@@ -62,8 +62,8 @@ inline MeasuredFit FitAndMeasure(Workbench& wb, FitModel& model, const std::vect
   ListFittedSlots(wb);
   MeasuredFit m;
   m.setup = ReadSetup(wb);
-  FitCurve t(std::max<std::size_t>(target.size(), kMaxPoints + 1), 0.0);
-  std::copy(target.begin(), target.end(), t.begin());
+  FitCurve t(target);
+  t.resize(std::max<std::size_t>(t.size(), kMaxPoints + 1));
   const double variance = TargetVariance(e, t, points);
   m.out = RunPasses(wb, model, m.setup, t, variance, std::max(points, kMaxPoints), {});
   std::vector<double> values;
