@@ -167,6 +167,8 @@ void ReportManualUncertainty(Workbench& wb) {
       out.curve[l] = fitted[l];
       out.sumOfSquares = Checked(out.sumOfSquares + (fitted[l] - target[l]) * (fitted[l] - target[l]));
     }
+    wb.formResult().show();
+    wb.formResult().print(PrintLine().text("Least square = ").zone().number(out.sumOfSquares));
     WorkbenchFitModel model(wb, wb.optimiser.ProbeThreads);
     ReportUncertainty(wb, model, setup, out);
   } catch (const RunError& err) {
