@@ -124,8 +124,7 @@ namespace {
 FitStatistics SpreadAtTheEnd(Workbench& wb, FitModel& model, const FitSetup& setup, const FitOutcome& out) {
   std::vector<double> values;
   for (int j = 1; j <= setup.k; ++j) values.push_back(setup.b(j));
-  const bool converged = !out.stopped && out.convergenceFlag < 0;
-  if (converged && static_cast<int>(out.derivatives.size()) == setup.k)
+  if (static_cast<int>(out.derivatives.size()) == setup.k)
     return SpreadOfFit(out.derivatives, values, out.sumOfSquares, out.n);
   const Experiment fitted = wb.experiment;
   const CurveStore curves = wb.store;

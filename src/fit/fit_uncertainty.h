@@ -41,10 +41,11 @@ struct FitSetup;
 struct FitOutcome;
 
 // Measures and prints the block for the fit that ended in `out`, then the
-// convergence flag in words. A converged fit's spread comes from the
-// derivatives of its last pass, at no cost; a fit that stopped short of
-// convergence, or made no pass, probes anew through the model, which leaves
-// the workbench's model and curves as the fit left them.
+// convergence flag in words. The spread comes from the derivatives of the
+// last pass, at no cost (for a converged fit they were taken within a
+// fraction of a standard error of the end); only a fit without a pass
+// (Manual Fit) probes anew through the model, which leaves the workbench's
+// model and curves as the fit left them.
 void ReportUncertainty(Workbench& wb, FitModel& model, const FitSetup& setup, const FitOutcome& out);
 
 }  // namespace voltrix

@@ -38,7 +38,7 @@ TEST(FitStatements, AGlobalFitOfAFileAndARowReturnsTheirValues) {
                          "set FormIns.V=7", "set FormExpr.ks(1)=0.015", "set FormExpr.Eze(1)=0.12",
                          "set FormExpr.CheckFitted(7)=1", "set FormExpr.CheckFitted(13)=1", "fitset fit",
                          "fitset list", "show control FormExpr.CheckFitted(7)", "show control FormExpr.CheckFitted(13)",
-                         "fitset curve 2", "menu mnuManualFit",
+                         "fitset curve 2", "set FormExpr.CheckUncertainty=1", "menu mnuManualFit",
                          "show curves"});
   ASSERT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(r.err, "");
@@ -53,6 +53,7 @@ TEST(FitStatements, AGlobalFitOfAFileAndARowReturnsTheirValues) {
   const std::string curve = r.out.substr(r.out.find("X,Y,Fit,Residual\n"));
   ASSERT_TRUE(Has(curve, "\n0.3,"));
   EXPECT_TRUE(Has(r.out, "X,Y1,Y2,Residual\n"));  // after Manual Fit
+  EXPECT_TRUE(Has(r.out.substr(r.out.rfind("Least square = ")), "\nUncertainty\nParameter"));
 }
 
 TEST(FitStatements, RefuseWhatCannotBeDoneAndSaySo) {
