@@ -5,6 +5,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cmath>
+#include <numbers>
 #include <random>
 
 #include "fit/fit_driver.h"
@@ -23,7 +24,7 @@ namespace {
 double Gauss(std::mt19937_64& g) {
   const double u1 = (static_cast<double>(g() >> 11) + 0.5) * 0x1.0p-53;
   const double u2 = static_cast<double>(g() >> 11) * 0x1.0p-53;
-  return std::sqrt(-2 * std::log(u1)) * std::cos(2 * M_PI * u2);
+  return std::sqrt(-2 * std::log(u1)) * std::cos(2 * std::numbers::pi * u2);
 }
 
 struct Sweeps {

@@ -3,6 +3,7 @@
 // to -0.3 V at 10 mV/s) as the target of a fit, with Gaussian noise of its
 // own seed, and one fit of the ticked parameters with its statistics.
 #include <cmath>
+#include <numbers>
 #include <random>
 #include <vector>
 
@@ -35,7 +36,7 @@ inline std::vector<double> CleanCurve(Workbench& wb) {
 inline double Gauss(std::mt19937_64& g) {
   const double u1 = (static_cast<double>(g() >> 11) + 0.5) * 0x1.0p-53;
   const double u2 = static_cast<double>(g() >> 11) * 0x1.0p-53;
-  return std::sqrt(-2 * std::log(u1)) * std::cos(2 * M_PI * u2);
+  return std::sqrt(-2 * std::log(u1)) * std::cos(2 * std::numbers::pi * u2);
 }
 
 // clean plus noise of `fraction` of its largest size, points 1 on.
