@@ -7,6 +7,7 @@
 
 #include "app/commands.h"
 #include "files/safe_write.h"
+#include "fit/fit_residual.h"
 #include "model/number_format.h"
 #include "show_experiment.h"
 #include "ui/main_form.h"
@@ -206,14 +207,17 @@ void Cli::showCurves(const std::string& file) {
   const CurveStore& s = wb_.store;
   std::ostringstream csv;
   const int curves = Count(e.NCurves);
+  // Data minus fit, only while a fit's residual stands.
+  const std::vector<double> residual = CurrentResidual(wb_);
   csv << "X";
   for (int r = 1; r <= curves; ++r) csv << ",Y" << r;
-  csv << "\n";
+  csv << (residual.empty() ? "" : ",Residual") << "\n";
   try {
     // Index 0 has no meaning: before any run or import there is no point.
     for (int i = std::max(1, static_cast<int>(e.First)); i <= static_cast<int>(e.Last); ++i) {
       csv << GeneralText(s.XData(i));
       for (int r = 1; r <= curves; ++r) csv << "," << GeneralText(s.YData(r, i));
+      if (!residual.empty()) csv << "," << (i < static_cast<int>(residual.size()) ? GeneralText(residual[i]) : "");
       csv << "\n";
     }
   } catch (const RunError& err) {

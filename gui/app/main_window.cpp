@@ -11,6 +11,7 @@
 #include <QPixmap>
 #include <QScreen>
 #include <QShortcut>
+#include <QStatusBar>
 #include <algorithm>
 #include <set>
 
@@ -67,6 +68,7 @@ QIcon AppIcon() {
 MainWindow::MainWindow() {
   platform_.messages.parent = this;
   platform_.files.parent = this;
+  platform_.fitProgress.showStatus = [this](const QString& text) { statusBar()->showMessage(text); };
   wb_ = std::make_unique<Workbench>(platform_.platform());
   setWindowTitle(QString::fromStdString(wb_->mainForm().caption()));
   setWindowIcon(AppIcon());

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QKeyEvent>
 #include <QFileDialog>
 #include <QImage>
 #include <QMessageBox>
@@ -118,6 +119,53 @@ void QtPictureOutput::print() {
   const QSizeF fitted = QSizeF(size()).scaled(page.size(), Qt::KeepAspectRatio);
   PaintPicture(painter, QRectF(page.topLeft(), fitted), picture_.calls());
   painter.end();
+}
+
+void QtFitProgress::begin() {
+  stop_ = false;
+  running_ = true;
+  qApp->installEventFilter(this);
+  if (showStatus) showStatus(QStringLiteral("Fitting... (Esc stops the fit)"));
+}
+
+void QtFitProgress::report(const FitProgressReport& p) {
+  QString text = QStringLiteral("Fitting");
+  if (p.starts > 1) text += QStringLiteral(", start %1 of %2").arg(p.start).arg(p.starts);
+  text += QStringLiteral(", pass %1: least square = %2 (Esc stops the fit)").arg(p.pass).arg(p.leastSquare, 0, 'g', 6);
+  if (showStatus) showStatus(text);
+  QCoreApplication::processEvents();
+}
+
+bool QtFitProgress::stopRequested() {
+  QCoreApplication::processEvents();
+  return stop_;
+}
+
+void QtFitProgress::end() {
+  running_ = false;
+  qApp->removeEventFilter(this);
+  if (showStatus) showStatus(stop_ ? QStringLiteral("Fit stopped: the values are the best found so far.") : QString());
+}
+
+bool QtFitProgress::eventFilter(QObject* watched, QEvent* event) {
+  // A message box shown during the fit must still take its click.
+  if (!running_ || QApplication::activeModalWidget()) return QObject::eventFilter(watched, event);
+  switch (event->type()) {
+    case QEvent::KeyPress:
+    case QEvent::ShortcutOverride:
+      if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) stop_ = true;
+      return true;
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+      return true;
+    default:
+      return QObject::eventFilter(watched, event);
+  }
 }
 
 }  // namespace voltrix

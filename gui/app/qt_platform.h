@@ -2,6 +2,7 @@
 // The Qt side of the platform interfaces: message boxes, the file dialog,
 // the timer, the hourglass, the plot surface (a display list painted by the
 // plot window) and the clipboard and printer for the finished picture.
+#include <QObject>
 #include <QPointer>
 #include <QSize>
 #include <deque>
@@ -9,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "model/fit_progress.h"
 #include "model/platform.h"
 #include "ui/plot_display_list.h"
 
@@ -65,6 +67,25 @@ class QtPictureOutput : public PictureOutput {
   MessageBox& messages_;
 };
 
+// A fit's pass and least square in the status bar; Esc stops the fit between
+// passes. While a fit runs, other keys and clicks are held back, so that no
+// command can start inside it while the window repaints.
+class QtFitProgress : public QObject, public FitProgress {
+ public:
+  void begin() override;
+  void report(const FitProgressReport& progress) override;
+  bool stopRequested() override;
+  void end() override;
+  std::function<void(const QString&)> showStatus;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  bool stop_ = false;
+  bool running_ = false;
+};
+
 struct QtPlatform {
   QtMessageBox messages;
   QtFileDialog files;
@@ -72,7 +93,8 @@ struct QtPlatform {
   QtPointer pointer;
   DisplayList plot;
   QtPictureOutput picture{plot, files, messages};
-  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture}; }
+  QtFitProgress fitProgress;
+  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture, &fitProgress}; }
 };
 
 }  // namespace voltrix

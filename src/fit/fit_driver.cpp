@@ -7,11 +7,15 @@
 #include <thread>
 #include <vector>
 
-#include "run/run_simulation.h"
+#include "fit/fit_residual.h"
+#include "fit/fit_steps.h"
+#include "fit/fit_uncertainty.h"
+#include "fit/multi_start.h"
 #include "fit/parameter_slots.h"
 #include "fit/probe_crew.h"
 #include "model/checked.h"
 #include "model/number_format.h"
+#include "run/run_simulation.h"
 #include "ui/form_expr.h"
 #include "ui/form_option.h"
 #include "ui/plot_engine.h"
@@ -24,7 +28,7 @@ void FitObjective(Workbench& wb, const ParameterVector& parameters, int& n, FitC
   Experiment& e = wb.experiment;
   // Every fitted field again before each run: the run ends by re-reading the
   // forms into the model.
-  for (int i = 1; i <= Count(e.FittedCount); ++i) SlotField(e, e.FittedSlots(i)) = parameters(i);
+  for (int i = 1; i <= Count(e.FittedCount); ++i) WriteSlotValue(e, e.FittedSlots(i), parameters(i));
   RunSimulation(wb);
   ++wb.optimiser.FitSimulations;
   n = Count(e.NData);
@@ -71,144 +75,27 @@ void WorkbenchFitModel::Probes(const std::vector<ParameterVector>& probes, std::
   crew->Run(probes, curves, counts);
 }
 
-namespace {
-
-// What one Auto Fit works on, by fitted position 1 to K.
-struct FitSetup {
-  int k = 0;
-  ParameterVector b, initial, lower, upper;
-};
-
-// The ticked boxes that can be seen, in rising slot order; a 21st raises
-// "Subscript out of range" before anything is simulated.
-void ListFittedSlots(Workbench& wb) {
-  Experiment& e = wb.experiment;
-  FormExpr& form = wb.formExpr();
-  for (int slot = 1; slot <= kParameterSlots; ++slot) {
-    const Control& box = form.control("CheckFitted", slot);
-    if (!box.checked() || !box.visible()) continue;
-    const int next = Count(e.FittedCount) + 1;
-    e.FittedSlots(next) = static_cast<std::int16_t>(slot);
-    e.FittedCount = next;
-  }
-}
-
-// Start values from the committed model, limits from the text boxes; a value
-// outside its limits starts at the limit but is reported as read.
-FitSetup ReadSetup(Workbench& wb) {
-  Experiment& e = wb.experiment;
-  FormExpr& form = wb.formExpr();
-  double table[kParameterSlots + 1] = {};
-  for (int slot = 1; slot <= kParameterSlots; ++slot) table[slot] = SlotStartValue(e, slot);
-  FitSetup setup;
-  setup.k = Count(e.FittedCount);
-  for (int i = 1; i <= setup.k; ++i) {
-    const int slot = e.FittedSlots(i);
-    setup.b(i) = table[slot];
-    setup.lower(i) = Val(form.control("TextCmin", slot).text());
-    setup.upper(i) = Val(form.control("TextCmax", slot).text());
-  }
-  for (int i = 1; i <= setup.k; ++i) {
-    setup.initial(i) = setup.b(i);
-    setup.b(i) = LargerOf(setup.lower(i), SmallerOf(setup.upper(i), setup.b(i)));
-  }
-  return setup;
-}
-
-// Population variance of the target over points 1 to n; DataSpread is its root.
-double TargetVariance(Experiment& e, const FitCurve& target, int n) {
-  if (n < 0 || n > kMaxPoints) Raise(ErrorKind::SubscriptOutOfRange);
-  double sum = 0;
-  for (int l = 1; l <= n; ++l) sum = Checked(sum + target[l]);
-  const double mean = Div(sum, n);
-  double squares = 0;
-  for (int l = 1; l <= n; ++l) squares = Checked(squares + (target[l] - mean) * (target[l] - mean));
-  const double variance = Div(squares, n);
-  e.DataSpread = Sqrt(variance);
-  return variance;
-}
-
-struct FitOutcome {
-  double sumOfSquares = 0;
-  int convergenceFlag = 0, passes = 0, marquardtCount = 0;
-};
-
-constexpr int kPassLimit = 50;  // a fit stops once it has made more passes than this
-
-FitOutcome RunPasses(Workbench& wb, FitModel& model, FitSetup& setup, const FitCurve& target, double variance) {
-  Experiment& e = wb.experiment;
-  MarquardtContext ctx{model, wb.optimiser, e.DataSpread.value(), e.ObjectiveCount};
-  FitCurve calculated = NewFitCurve();
-  int n = Count(e.NData);
-  int started = 0;
-  FitOutcome out;
-  do {
-    MarquardtPass(ctx, setup.k, setup.b, n, calculated, target, out.sumOfSquares, started, out.convergenceFlag,
-                  out.marquardtCount, setup.lower, setup.upper, variance);
-    ++out.passes;
-    wb.formResult().print(PrintLine().text("Least square = ").zone().number(out.sumOfSquares));
-  } while (out.passes <= kPassLimit && out.convergenceFlag > 0);
-  return out;
-}
-
-void PrintReport(Workbench& wb, const FitSetup& setup, const FitOutcome& out, double variance) {
-  Experiment& e = wb.experiment;
-  FormResult& result = wb.formResult();
-  result.show();
-  result.print(PrintLine().text("No.").zone().text("Initial value").zone().zone().text("Fitted value"));
-  for (int i = 1; i <= setup.k; ++i)
-    result.print(PrintLine().number(i).zone().number(setup.initial(i)).zone().number(setup.b(i)));
-  result.print(std::string());
-  result.print(PrintLine().text("Least square = ").zone().number(out.sumOfSquares));
-  result.print(PrintLine().text("Standard deviation^2 = ").zone().number(variance));
-  result.print(PrintLine().text("Convergence flag = ").zone().number(out.convergenceFlag));
-  result.print(PrintLine().text("No. of iteration = ").zone().number(out.passes));
-  result.print(PrintLine().text("No. of obj. fun. = ").zone().number(e.ObjectiveCount));
-  result.print(PrintLine().text("No. of MARQUARDS = ").zone().number(out.marquardtCount));
-  result.print(PrintLine().text("Computation time (s) =").zone().number(e.tElapsed));
-}
-
-void ShowFittedValues(Workbench& wb, const FitSetup& setup) {
-  for (int i = 1; i <= setup.k; ++i)
-    wb.formExpr().control("CheckFitted", wb.experiment.FittedSlots(i)).setCaption(FormatNumber(setup.b(i), "0.###e-#"));
-}
-
-// The target is row 1 of YData, points 1 to NData, in a curve whose other
-// points stand at 0 (a run with more points compares its tail with 0).
-FitCurve BuildFitTarget(Workbench& wb) {
-  FitCurve target = NewFitCurve();
-  const int n = Count(wb.experiment.NData);
-  if (n < 0 || n > kMaxPoints) Raise(ErrorKind::SubscriptOutOfRange);
-  const double* row = wb.store.YData.row(1);
-  for (int l = 1; l <= n; ++l) target[l] = row[l];
-  return target;
-}
-
-// AutoFitFlag and the hourglass for the length of a fit command, also when
-// it ends by an error that no routine of it handles.
-class FitCommandScope {
- public:
-  explicit FitCommandScope(Workbench& wb) : wb_(wb) {
-    wb_.platform.pointer.set(Pointer::kHourglass);
-    wb_.experiment.AutoFitFlag = true;
-  }
-  ~FitCommandScope() {
-    wb_.experiment.AutoFitFlag = false;
-    wb_.platform.pointer.set(Pointer::kDefault);
-  }
-  FitCommandScope(const FitCommandScope&) = delete;
-  FitCommandScope& operator=(const FitCommandScope&) = delete;
-
- private:
-  Workbench& wb_;
-};
-
-}  // namespace
-
 void RunAutoFit(Workbench& wb, const FitCurve& fitTarget) {
   WorkbenchFitModel model(wb, wb.optimiser.ProbeThreads);
   RunAutoFit(wb, fitTarget, model);
 }
+
+namespace {
+
+// The starts of a multi-start fit simulate on their own copies, each with
+// its probes in the serial order: the starts already fill the cores.
+std::unique_ptr<FitModel> ModelOnCopy(Workbench& copy) { return std::make_unique<WorkbenchFitModel>(copy, 1); }
+
+// What the options of the fit add below the classic report.
+void ReportExtras(Workbench& wb, FitModel& model, const FitSetup& setup, const FitOutcome& out,
+                  const MultiStartRun& starts) {
+  if (!starts.starts.empty()) PrintStarts(wb.formResult(), FittedNames(wb), starts, setup);
+  if (out.stopped) wb.formResult().print(ConvergenceInWords(out.convergenceFlag, true, out.passes));
+  if (out.stopped || starts.stopped) ++wb.fits.stoppedFits;
+  if (UncertaintyWanted(wb)) ReportUncertainty(wb, model, setup, out);
+}
+
+}  // namespace
 
 void RunAutoFit(Workbench& wb, const FitCurve& fitTarget, FitModel& model) {
   Experiment& e = wb.experiment;
@@ -219,20 +106,26 @@ void RunAutoFit(Workbench& wb, const FitCurve& fitTarget, FitModel& model) {
     ListFittedSlots(wb);
     FitSetup setup = ReadSetup(wb);
     const double variance = TargetVariance(e, fitTarget, Count(e.NData));
-    const FitOutcome out = RunPasses(wb, model, setup, fitTarget, variance);
+    const int starts = FitStarts(wb);
+    MultiStartRun run;
+    FitOutcome out;
+    if (starts > 1) {
+      run = RunMultiStart(wb, setup, fitTarget, variance, kMaxPoints, starts, ModelOnCopy);
+      out = TakeBestStart(wb, model, setup, run);
+    } else {
+      out = RunPasses(wb, model, setup, fitTarget, variance, kMaxPoints, ProgressWatch(wb));
+    }
     e.tElapsed = wb.platform.clock.seconds() - e.tElapsed;
     PrintReport(wb, setup, out, variance);
     ShowFittedValues(wb, setup);
+    KeepResidual(wb);
+    ReportExtras(wb, model, setup, out, run);
   } catch (const RunError& err) {
+    ForgetResidual(wb);
+    ++wb.fits.failedFits;
     wb.platform.messages.show("Fit Error: " + err.description() + "! Please try again by other initial values.");
   }
 }
-
-namespace {
-// A fit runs to its end before anything else: a front end that repaints
-// during a fit must not start another one inside it.
-bool FitUnderWay(const Workbench& wb) { return wb.experiment.AutoFitFlag; }
-}  // namespace
 
 void AutoFit(Workbench& wb) {
   Experiment& e = wb.experiment;
@@ -247,15 +140,52 @@ void AutoFit(Workbench& wb) {
   wb.formExpr().OK();
   wb.formResult().clear();
   const FitCurve target = BuildFitTarget(wb);
-  RunAutoFit(wb, target);
+  {
+    FitProgressScope progress(wb);
+    RunAutoFit(wb, target);
+  }
   PlotCurves(wb);
 }
+
+namespace {
+
+// The uncertainty of the values on the form, as typed, against row 1.
+void ReportManualUncertainty(Workbench& wb) {
+  Experiment& e = wb.experiment;
+  try {
+    e.FittedCount = 0;
+    ListFittedSlots(wb);
+    FitSetup setup = ReadSetup(wb);
+    setup.b = setup.initial;
+    FitOutcome out;
+    out.n = Count(e.NData);
+    const FitCurve target = BuildFitTarget(wb);
+    TargetVariance(e, target, out.n);
+    out.curve = NewFitCurve();
+    const double* fitted = wb.store.YData.row(Count(e.CurNo));
+    for (int l = 1; l <= out.n; ++l) {
+      out.curve[l] = fitted[l];
+      out.sumOfSquares = Checked(out.sumOfSquares + (fitted[l] - target[l]) * (fitted[l] - target[l]));
+    }
+    wb.formResult().show();
+    wb.formResult().print(PrintLine().text("Least square = ").zone().number(out.sumOfSquares));
+    WorkbenchFitModel model(wb, wb.optimiser.ProbeThreads);
+    ReportUncertainty(wb, model, setup, out);
+  } catch (const RunError& err) {
+    ++wb.fits.failedFits;
+    wb.platform.messages.show("Fit Error: " + err.description() + "! Please try again by other initial values.");
+  }
+}
+
+}  // namespace
 
 void ManualFit(Workbench& wb) {
   if (FitUnderWay(wb)) return;
   FitCommandScope scope(wb);
   wb.formExpr().OK();
   RunSimulation(wb);
+  KeepResidual(wb);
+  if (UncertaintyWanted(wb)) ReportManualUncertainty(wb);
   PlotCurves(wb);
 }
 

@@ -17,7 +17,6 @@ constexpr double kSumFloor = 1e-10;  // times the variance of the target
 constexpr double kFirstLambda = 0.0001;
 constexpr double kLambdaCeiling = 1000;
 constexpr double kConvergedImprovement = 0.0002;
-constexpr int kPoints = kMaxPoints + 1;
 
 // Columns 1 to K the normal matrix, K + 1 the right-hand side, K + 2 the
 // scale factors.
@@ -29,17 +28,20 @@ double CheckedSum(double x) {
   return x;
 }
 
-void CheckCounts(int k, int n) {
-  if (k < 0 || k > kMaxFitted || n < 0 || n > kMaxPoints) Raise(ErrorKind::SubscriptOutOfRange);
+void CheckCounts(const MarquardtContext& ctx, int k, int n) {
+  if (k < 0 || k > kMaxFitted || n < 0 || n > ctx.pointLimit) Raise(ErrorKind::SubscriptOutOfRange);
 }
 
-// The column of d(curve)/d(parameter j), one per parameter, points 0 to 4000.
+// The column of d(curve)/d(parameter j), one per parameter, points 0 to the
+// limit.
 class Jacobian {
  public:
-  explicit Jacobian(int k) : v_(static_cast<std::size_t>(k + 1) * kPoints, 0.0) {}
-  double* column(int j) { return v_.data() + static_cast<std::size_t>(j) * kPoints; }
+  Jacobian(int k, int pointLimit)
+      : points_(static_cast<std::size_t>(pointLimit) + 1), v_(static_cast<std::size_t>(k + 1) * points_, 0.0) {}
+  double* column(int j) { return v_.data() + static_cast<std::size_t>(j) * points_; }
 
  private:
+  std::size_t points_;
   std::vector<double> v_;
 };
 
@@ -51,8 +53,7 @@ void ComputeDerivatives(MarquardtContext& ctx, int k, int& n, Jacobian& jac) {
   ParameterVector h;
   for (int j = 1; j <= k; ++j) {
     const double v = candidate(j);
-    h(j) = kRelativeProbeStep * std::fabs(v);
-    if (h(j) == 0.0) h(j) = ctx.dataSpread;
+    h(j) = ProbeStep(v, ctx.dataSpread);
     candidate(j) = Checked(v + h(j));
     probes.push_back(candidate);
     candidate(j) = Checked(v - h(j));
@@ -67,14 +68,19 @@ void ComputeDerivatives(MarquardtContext& ctx, int k, int& n, Jacobian& jac) {
     const FitCurve& minus = curves[2 * (j - 1) + 1];
     double* column = jac.column(j);
     n = counts[2 * (j - 1)];
-    CheckCounts(k, n);
+    CheckCounts(ctx, k, n);
     for (int l = 1; l <= n; ++l) column[l] = plus[l];
     n = counts[2 * (j - 1) + 1];
-    CheckCounts(k, n);
+    CheckCounts(ctx, k, n);
     const double width = Checked(h(j) + h(j));
     if (n >= 1 && width == 0.0) Raise(ErrorKind::DivisionByZero);
     for (int l = 1; l <= n; ++l) column[l] = CheckedSum((column[l] - minus[l]) / width);
   }
+}
+
+void KeepDerivatives(int k, int n, Jacobian& jac, std::vector<std::vector<double>>& kept) {
+  kept.assign(static_cast<std::size_t>(k), {});
+  for (int j = 1; j <= k; ++j) kept[j - 1].assign(jac.column(j), jac.column(j) + n + 1);
 }
 
 // J'J and J'(Y - Z); a parameter without measurable influence is frozen for
@@ -139,10 +145,15 @@ void Unscale(int k, const Matrix& solve, const Matrix& normal, ParameterVector& 
 
 }  // namespace
 
+double ProbeStep(double value, double dataSpread) {
+  const double h = kRelativeProbeStep * std::fabs(value);
+  return h == 0.0 ? dataSpread : h;
+}
+
 void FitModel::Probes(const std::vector<ParameterVector>& probes, std::vector<FitCurve>& curves,
                       std::vector<int>& counts) {
   for (std::size_t p = 0; p < probes.size(); ++p) {
-    if (curves[p].size() != static_cast<std::size_t>(kPoints)) curves[p] = NewFitCurve();
+    if (curves[p].size() != static_cast<std::size_t>(kMaxPoints + 1)) curves[p] = NewFitCurve();
     Objective(probes[p], counts[p], curves[p]);
   }
 }
@@ -153,14 +164,14 @@ double SmallerOf(double a, double b) { return a < b ? a : b; }
 void EvaluateCandidate(MarquardtContext& ctx, int k, int& n, ParameterVector& candidate,
                        const ParameterVector& base, ParameterVector& step, double& sumOfSquares, FitCurve& calculated,
                        const FitCurve& target, const ParameterVector& upper, const ParameterVector& lower) {
-  CheckCounts(k, n);
+  CheckCounts(ctx, k, n);
   for (int i = 1; i <= k; ++i) {
     const double t = Checked(base(i) + step(i));
     if (t > upper(i) || t < lower(i)) step(i) = 0;
     candidate(i) = base(i) + step(i);
   }
   ctx.model.Objective(candidate, n, calculated);
-  CheckCounts(k, n);
+  CheckCounts(ctx, k, n);
   double sum = 0;
   for (int l = 1; l <= n; ++l) {
     const double d = calculated[l] - target[l];
@@ -173,7 +184,7 @@ void EvaluateCandidate(MarquardtContext& ctx, int k, int& n, ParameterVector& ca
 void MarquardtPass(MarquardtContext& ctx, int k, ParameterVector& b, int& n, FitCurve& calculated,
                    const FitCurve& target, double& s, int& started, int& convergenceFlag, int& marquardtCount,
                    const ParameterVector& lower, const ParameterVector& upper, double variance) {
-  CheckCounts(k, n);
+  CheckCounts(ctx, k, n);
   OptimiserMemory& mem = ctx.memory;
   ParameterVector& candidate = mem.CandidateVector;
   ParameterVector& step = mem.StepVector;
@@ -195,8 +206,9 @@ void MarquardtPass(MarquardtContext& ctx, int k, ParameterVector& b, int& n, Fit
     started = 1;
   }
 
-  Jacobian jac(k);
+  Jacobian jac(k, ctx.pointLimit);
   ComputeDerivatives(ctx, k, n, jac);
+  if (ctx.lastDerivatives) KeepDerivatives(k, n, jac, *ctx.lastDerivatives);
   Matrix normal{}, solve{};
   BuildNormalEquations(k, n, jac, target, calculated, normal);
   ScaleNormalEquations(k, normal);

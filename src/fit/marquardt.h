@@ -40,7 +40,15 @@ struct MarquardtContext {
   OptimiserMemory& memory;
   double dataSpread;
   Field& objectiveCount;
+  int pointLimit = kMaxPoints;  // a global fit joins several curves into one
+  // When set, each pass leaves its derivatives here: column j - 1 holds
+  // d(curve)/d(parameter j) at points 0 to n, at the values the pass began from.
+  std::vector<std::vector<double>>* lastDerivatives = nullptr;
 };
+
+// The derivative probe step of a parameter: 1 percent of its value, the
+// spread of the target for a value at 0 (so the step has the curve's units).
+double ProbeStep(double value, double dataSpread);
 
 double LargerOf(double a, double b);
 double SmallerOf(double a, double b);

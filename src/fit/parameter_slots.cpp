@@ -1,6 +1,9 @@
 #include "fit/parameter_slots.h"
 
+#include "model/checked.h"
 #include "model/errors.h"
+#include "ui/form_expr.h"
+#include "ui/workbench.h"
 
 namespace voltrix {
 
@@ -17,12 +20,14 @@ SlotPlace PlaceOf(int slot) {
   if (slot >= 1 && slot <= 6) return {SlotGroup::Species, slot};
   if (slot >= 7 && slot <= 15) return {SlotGroup::Charge, (slot - 7) % 3 + 1};
   if (slot >= 16 && slot <= 23) return {SlotGroup::Chemical, (slot - 16) % 4 + 1};
+  if (slot == kDiffusionSlot) return {SlotGroup::Species, 1};
   Raise(ErrorKind::SubscriptOutOfRange);
 }
 
 template <class E>
 auto& FieldOf(E& e, int slot) {
   const SlotPlace p = PlaceOf(slot);
+  if (slot == kDiffusionSlot) return e.D(1);
   if (slot <= 6) return e.C(p.index);
   if (slot <= 9) return e.ks(p.index);
   if (slot <= 12) return e.alph(p.index);
@@ -35,6 +40,14 @@ auto& FieldOf(E& e, int slot) {
 
 Field& SlotField(Experiment& e, int slot) { return FieldOf(e, slot); }
 
+void WriteSlotValue(Experiment& e, int slot, double value) {
+  if (slot == kDiffusionSlot && e.D(1) != 0.0) {
+    const double scale = Div(value, e.D(1));
+    for (int i = 2; i <= kMaxSpecies; ++i) e.D(i) = Checked(e.D(i) * scale);
+  }
+  SlotField(e, slot) = value;
+}
+
 double SlotStartValue(const Experiment& e, int slot) {
   const SlotPlace p = PlaceOf(slot);
   int present = 0;
@@ -45,6 +58,18 @@ double SlotStartValue(const Experiment& e, int slot) {
   }
   if (p.index > present) return 0.0;
   return FieldOf(e, slot).value();
+}
+
+std::string SlotName(Workbench& wb, int slot) {
+  const SlotPlace p = PlaceOf(slot);
+  if (p.group == SlotGroup::Species) {
+    const std::string species = wb.formExpr().control("specie", p.index).caption();
+    return (slot == kDiffusionSlot ? "D(" : "C(") + species + ")";
+  }
+  static const char* const kNames[] = {"ks", "alpha", "E0"};
+  const std::string number = "(" + std::to_string(p.index) + ")";
+  if (p.group == SlotGroup::Charge) return kNames[(slot - 7) / 3] + number;
+  return (slot <= 19 ? "kf" : "kb") + number;
 }
 
 }  // namespace voltrix

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "model/fit_progress.h"
 #include "model/platform.h"
 
 namespace voltrix {
@@ -91,6 +92,20 @@ class CountingPictureOutput : public PictureOutput {
   int prints = 0;
 };
 
+// Records what a fit reports; a test stops the fit by setting stop.
+class RecordingFitProgress : public FitProgress {
+ public:
+  void begin() override { stop = false; }
+  void report(const FitProgressReport& progress) override {
+    reports.push_back(progress);
+    if (onReport) onReport(progress);
+  }
+  bool stopRequested() override { return stop; }
+  std::vector<FitProgressReport> reports;
+  std::function<void(const FitProgressReport&)> onReport;
+  bool stop = false;
+};
+
 // All of the above in one object, for a headless workbench.
 struct HeadlessPlatform {
   RecordingMessageBox messages;
@@ -99,7 +114,8 @@ struct HeadlessPlatform {
   RecordingPointer pointer;
   RecordingSurface plot;
   CountingPictureOutput picture;
-  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture}; }
+  RecordingFitProgress fitProgress;
+  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture, &fitProgress}; }
 };
 
 }  // namespace voltrix

@@ -69,6 +69,9 @@ struct Platform {
   Pointer& pointer;
   DrawingSurface& plot;
   PictureOutput& picture;
+  // Progress and stop of long fits (model/fit_progress.h); none: a fit runs
+  // to its end and shows nothing as it goes.
+  class FitProgress* fitProgress = nullptr;
   // Told of a file that a command could not write. The desktop leaves it
   // unset, as its save and export stay silent; a script runner must know.
   std::function<void(const std::string& file, const std::string& reason)> writeFailed{};

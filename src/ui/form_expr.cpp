@@ -30,6 +30,7 @@ FormExpr::FormExpr(Workbench& wb) : Form("FormExpr", "Chemicals", {1935, 2070, 1
   buildChargeFrame();
   buildChemicalFrame();
   buildElectrolyteFrame();
+  buildFitFrame();
   add(ControlKind::CheckBox, "CheckPreEqu").initialCaption("pre-equilibration").initialValue(1).place(1560, 0, 1815, 255);
   add(ControlKind::CommandButton, "cmdOK")
       .initialCaption("OK")
@@ -44,7 +45,7 @@ FormExpr::FormExpr(Workbench& wb) : Form("FormExpr", "Chemicals", {1935, 2070, 1
     control("kf", q).onChange = [this, q] { UpdateKeq(q); };
     control("kb", q).onChange = [this, q] { UpdateKeq(q); };
   }
-  for (int s = 1; s <= 23; ++s)
+  for (int s = 1; s <= 24; ++s)
     control("CheckFitted", s).onClick = [this, s] {
       const bool on = control("CheckFitted", s).checked();
       control("TextCmin", s).visible(on);
@@ -194,6 +195,30 @@ void FormExpr::buildElectrolyteFrame() {
     add(ControlKind::TextBox, r.box, -1, &f).initialText(r.text).toolTip(r.tip).place(1440, top, 855, 285);
     top += 300;
   }
+}
+
+// Below the electrolyte, in room no other control uses: D as a fitted
+// parameter (slot 24), the number of starting points and the uncertainty
+// report of a fit.
+void FormExpr::buildFitFrame() {
+  Control& f = add(ControlKind::Frame, "FrameFit").initialCaption("Fit").place(8400, 1380, 2535, 1470);
+  const FontSpec plain{"MS Sans Serif", 8.25, false};
+  add(ControlKind::Label, "LabelDFitted", -1, &f)
+      .initialCaption("D fitted")
+      .toolTip("fitted diffusion coefficient of the first species; the others keep their ratio to it")
+      .place(120, 270, 855, 255)
+      .font(plain);
+  addSlot(f, 24, 960, 240, 540, "1e-6", "1e-4");
+  add(ControlKind::Label, "LabelStarts", -1, &f)
+      .initialCaption("starts")
+      .toolTip("fits from this many starting points spread over the min and max boxes; the best is kept")
+      .place(120, 660, 855, 255)
+      .font(plain);
+  add(ControlKind::TextBox, "TextStarts", -1, &f).initialText("1").place(960, 630, 615, 285);
+  add(ControlKind::CheckBox, "CheckUncertainty", -1, &f)
+      .initialCaption("uncertainty")
+      .toolTip("standard errors, 95 % intervals and correlations of the fitted values")
+      .place(120, 1020, 2295, 255);
 }
 
 void FormExpr::OK() {

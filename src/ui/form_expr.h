@@ -28,6 +28,7 @@ class FormExpr : public Form {
   void buildChargeFrame();
   void buildChemicalFrame();
   void buildElectrolyteFrame();
+  void buildFitFrame();
   void addSlot(Control& frame, int slot, int left, int top, int width, const char* min, const char* max);
   void copyAnalyticalConcentrations();
   void equilibrateCharge();

@@ -9,6 +9,7 @@
 
 #include "model/curve_store.h"
 #include "model/experiment.h"
+#include "model/fit_record.h"
 #include "model/optimiser_memory.h"
 #include "model/platform.h"
 
@@ -36,6 +37,7 @@ class Workbench {
   Experiment experiment;
   CurveStore store;
   OptimiserMemory optimiser;
+  FitRecord fits;  // the workbench's own: a copy starts without it
   bool exitRequested = false;  // set by "E&xit"; the front end ends the process
 
   MainForm& mainForm();  // MDIForm1, with the menu bar

@@ -23,7 +23,17 @@ TEST(ParameterSlots, EachSlotReachesItsOwnFieldAndNoOther) {
     EXPECT_EQ(e.kb(q), 119 + q);
   }
   EXPECT_THROW(SlotField(e, 0), RunError);
-  EXPECT_THROW(SlotField(e, 24), RunError);
+  EXPECT_THROW(SlotField(e, kFitSlots + 1), RunError);
+}
+
+// D of the first species carries the others along: their ratios, and with
+// them the balance of the wave, stay as typed.
+TEST(ParameterSlots, FittedDiffusionKeepsTheRatiosOfTheSpecies) {
+  Experiment e;
+  const double typed[] = {0, 1e-5, 2e-5, 0.5e-5, 0, 0, 0};
+  for (int i = 1; i <= kMaxSpecies; ++i) e.D(i) = typed[i];
+  WriteSlotValue(e, kDiffusionSlot, 3e-5);
+  for (int i = 1; i <= kMaxSpecies; ++i) EXPECT_DOUBLE_EQ(e.D(i), 3 * typed[i]) << i;
 }
 
 // Only the species and reactions of the mechanism give their value; a fit
