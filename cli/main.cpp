@@ -3,12 +3,14 @@
 #include <vector>
 
 #include "cli.h"
+#include "import_statement.h"
 #ifdef VOLTRIX_HAVE_RENDER
 #include "plot_statement.h"
 #endif
 
 int main(int argc, char** argv) {
   voltrix::Cli cli(std::cout, std::cerr);
+  voltrix::RegisterImportStatement(cli);
 #ifdef VOLTRIX_HAVE_RENDER
   voltrix::RegisterPlotStatement(cli);
 #endif

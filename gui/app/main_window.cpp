@@ -65,6 +65,7 @@ QIcon AppIcon() {
 MainWindow::MainWindow() {
   platform_.messages.parent = this;
   platform_.files.parent = this;
+  platform_.cycles.parent = this;
   wb_ = std::make_unique<Workbench>(platform_.platform());
   setWindowTitle(QString::fromStdString(wb_->mainForm().caption()));
   setWindowIcon(AppIcon());

@@ -65,6 +65,16 @@ class QtPictureOutput : public PictureOutput {
   MessageBox& messages_;
 };
 
+// A list of the file's cycles to pick one from, the first complete one
+// selected.
+class QtCycleChoice : public CycleChoice {
+ public:
+  std::optional<int> choose(const std::vector<std::string>& cycles, int suggested) override;
+  QPointer<QWidget> parent;
+  // When set, answers come from here instead of the dialog (automated runs).
+  std::function<std::optional<int>(const std::vector<std::string>&, int)> intercept;
+};
+
 struct QtPlatform {
   QtMessageBox messages;
   QtFileDialog files;
@@ -72,7 +82,8 @@ struct QtPlatform {
   QtPointer pointer;
   DisplayList plot;
   QtPictureOutput picture{plot, files, messages};
-  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture}; }
+  QtCycleChoice cycles;
+  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture, cycles}; }
 };
 
 }  // namespace voltrix

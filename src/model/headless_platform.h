@@ -91,6 +91,21 @@ class CountingPictureOutput : public PictureOutput {
   int prints = 0;
 };
 
+// Answers from a queue (a cycle index from 0, or no value for cancel), and
+// with the suggestion, the first complete cycle, when the queue is empty.
+class ScriptedCycleChoice : public CycleChoice {
+ public:
+  std::optional<int> choose(const std::vector<std::string>& cycles, int suggested) override {
+    asked.push_back(cycles);
+    if (answers.empty()) return suggested;
+    const std::optional<int> a = answers.front();
+    answers.pop_front();
+    return a;
+  }
+  std::deque<std::optional<int>> answers;
+  std::vector<std::vector<std::string>> asked;
+};
+
 // All of the above in one object, for a headless workbench.
 struct HeadlessPlatform {
   RecordingMessageBox messages;
@@ -99,7 +114,8 @@ struct HeadlessPlatform {
   RecordingPointer pointer;
   RecordingSurface plot;
   CountingPictureOutput picture;
-  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture}; }
+  ScriptedCycleChoice cycles;
+  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture, cycles}; }
 };
 
 }  // namespace voltrix

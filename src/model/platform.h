@@ -4,6 +4,7 @@
 // the CLI and the tests the headless ones of headless_platform.h.
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace voltrix {
 
@@ -61,6 +62,25 @@ class PictureOutput {
   virtual void print() = 0;            // the picture on the default printer
 };
 
+// Which of the cycles a measured file holds to import. `cycles` describes
+// one cycle a line; `suggested` (from 0) is the first complete one. No value
+// means cancelled.
+class CycleChoice {
+ public:
+  virtual ~CycleChoice() = default;
+  virtual std::optional<int> choose(const std::vector<std::string>& cycles, int suggested) = 0;
+};
+
+// Takes the suggestion without asking: for a platform that has no dialog.
+class SuggestedCycle final : public CycleChoice {
+ public:
+  std::optional<int> choose(const std::vector<std::string>&, int suggested) override { return suggested; }
+  static CycleChoice& instance() {
+    static SuggestedCycle stateless;
+    return stateless;
+  }
+};
+
 struct Platform {
   MessageBox& messages;
   FileDialog& files;
@@ -68,6 +88,7 @@ struct Platform {
   Pointer& pointer;
   DrawingSurface& plot;
   PictureOutput& picture;
+  CycleChoice& cycles = SuggestedCycle::instance();
 };
 
 }  // namespace voltrix
