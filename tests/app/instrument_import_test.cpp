@@ -68,6 +68,11 @@ TEST(InstrumentImport, WhatTheFileStatesGoesOntoTheForms) {
       {"gamry_dpv.DTA", "FormIns", "tp", -1, "0.05"},   {"gamry_dpv.DTA", "FormIns", "ComboScan", -1, "single"},
       {"eclab_cv.mpt", "FormIns", "ARE", -1, "0.071"},  {"gamry_cv.DTA", "FormIns", "ARE", -1, "0.5"},
       {"gamry_cv.DTA", "FormIns", "V", -1, "0.05"},     // 50 mV/s
+      {"chi_swv.txt", "FormTech", "optTech", 5, "1"},   // square wave
+      {"chi_swv.txt", "FormIns", "Epulse", -1, "-0.05"},  // the wave spans twice the 25 mV amplitude
+      {"chi_swv.txt", "FormIns", "TextF", -1, "15"},
+      {"chi_swv.txt", "FormIns", "tp", -1, "0.0333333333333333"},  // half a period of 15 Hz
+      {"generic_lsv.csv", "FormIns", "txttemp", -1, "30"}, {"generic_lsv.csv", "FormIns", "ARE", -1, "0.0707"},
   };
   for (const FormCase& c : cases) {
     SCOPED_TRACE(std::string(c.file) + " " + c.control);
@@ -82,7 +87,8 @@ TEST(InstrumentImport, WhatTheFileStatesGoesOntoTheForms) {
 
 TEST(InstrumentImport, SimulateAfterAnImportRunsOnTheImportedGrid) {
   for (const char* file : {"chi_cv.csv", "eclab_cv.mpt", "eclab_lsv.txt", "gamry_cv.DTA", "gamry_dpv.DTA",
-                           "autolab_cv.txt", "palmsens_cv.csv", "generic_lsv.csv"}) {
+                           "autolab_cv.txt", "palmsens_cv.csv", "generic_lsv.csv", "gamry_cycles.DTA",
+                           "chi_swv.txt"}) {
     SCOPED_TRACE(file);
     Bench b;
     b.wb.formOption().control("overlap").setValue(1);

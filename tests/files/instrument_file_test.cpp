@@ -57,6 +57,12 @@ const FixtureCase kFixtureCases[] = {
     // CURVE1: forward 1e-6 (4 - 10 E), back -1e-6 (10 E + 2); decimal commas throughout.
     {"gamry_cv.DTA", "Gamry .DTA", "UTF-8", 18, 2, 0, 0.3, -0.1, 0.1, true, 10,
      {{5, -0.1, 5e-6}, {7, 0, -2e-6}, {10, 0.3, -5e-6}}, 1, 0.05, 0.5, "CURVE1 declares 12 points; 9 are present"},
+    // One table with a Cycle column; cycle 1: forward 1e-6 (1 + 10 E), back -1e-6 (1 + 10 E).
+    {"gamry_cycles.DTA", "Gamry .DTA", "UTF-8", 18, 2, 0, 0, 0.2, 0.05, true, 10,
+     {{1, 0, 1e-6}, {5, 0.2, 3e-6}, {7, 0.15, -2.5e-6}}, 1, 0.02, 0, ""},
+    // Square wave, I = 1e-7 k at E = -0.004 k.
+    {"chi_swv.txt", "CH Instruments text", "UTF-8", 26, 1, 0, 0, -0.1, 0.004, false, 26,
+     {{1, 0, 0}, {14, -0.052, 1.3e-6}, {26, -0.1, 2.5e-6}}, 5, 0, 0, ""},
     // Idif = (k + 1) 1e-7 at Vstep = -0.005 k.
     {"gamry_dpv.DTA", "Gamry .DTA", "UTF-8", 9, 1, 0, 0, -0.04, 0.005, false, 9,
      {{1, 0, 1e-7}, {5, -0.02, 5e-7}, {9, -0.04, 9e-7}}, 4, 0, 0, ""},
@@ -69,7 +75,7 @@ const FixtureCase kFixtureCases[] = {
      {{1, -0.2, 0.2e-6}, {6, 0.2, 1e-6}, {7, 0.1, -0.4e-6}}, 1, 0, 0, ""},
     // I = 0.5 (100 - E/mV) nA.
     {"generic_lsv.csv", "delimited text", "UTF-8", 9, 1, 0, 0.1, -0.1, 0.025, false, 9,
-     {{1, 0.1, 0}, {5, 0, 5e-8}, {9, -0.1, 1e-7}}, 1, 0, 0, ""},
+     {{1, 0.1, 0}, {5, 0, 5e-8}, {9, -0.1, 1e-7}}, 1, 0, 0.0707, ""},
 };
 
 TEST(InstrumentFile, EachFormatReadsItsPointsCyclesAndSettingsAndLandsOnTheGrid) {
