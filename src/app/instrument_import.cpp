@@ -55,14 +55,18 @@ std::optional<std::size_t> ChooseCycle(Workbench& wb, const Imported& in, const 
   return static_cast<std::size_t>(*answer);
 }
 
-std::optional<Imported> ReadAndLay(Workbench& wb, const std::string& path, const ImportRequest& request,
-                                   bool& recognised) {
+// The file as its reader gives it back: no value when no reader knows it.
+std::optional<InstrumentReadResult> ReadFile(const std::string& path, const ImportRequest& request) {
   std::ifstream file(path, std::ios::binary);
-  recognised = false;
   if (!file) return std::nullopt;
   InstrumentReadResult read = ReadInstrumentFile(file, request.columns, path);
   if (read.status == InstrumentStatus::NotRecognised) return std::nullopt;
-  recognised = true;
+  return read;
+}
+
+// Cycles, the one chosen, and its grid; no value once the user has been
+// told why not, or has cancelled.
+std::optional<Imported> LayChosenCycle(Workbench& wb, InstrumentReadResult read, const ImportRequest& request) {
   if (read.status == InstrumentStatus::Failed) {
     Tell(wb, read.error);
     return std::nullopt;
@@ -191,9 +195,9 @@ void Report(Workbench& wb, const Imported& in, const std::vector<std::string>& t
 }  // namespace
 
 InstrumentImport ImportInstrumentFile(Workbench& wb, const std::string& path, const ImportRequest& request) {
-  bool recognised = false;
-  const std::optional<Imported> in = ReadAndLay(wb, path, request, recognised);
-  if (!recognised) return InstrumentImport::NotInstrument;
+  std::optional<InstrumentReadResult> read = ReadFile(path, request);
+  if (!read) return InstrumentImport::NotInstrument;
+  const std::optional<Imported> in = LayChosenCycle(wb, std::move(*read), request);
   if (!in) return InstrumentImport::Failed;
   try {
     StoreCurve(wb, in->grid);
