@@ -56,21 +56,8 @@ std::optional<InstrumentReadResult> ReadChInstruments(const Lines& lines, const 
   std::size_t title = 0;
   while (title < lines.size() && !IsTitleRow(lines[title])) ++title;
   if (title == lines.size() || !HasChHeader(lines, title)) return std::nullopt;
-  TableSpec spec;
-  spec.titleLine = title;
-  spec.firstDataLine = title + 1;
-  spec.delimiter = GuessDelimiter(lines[title]);
-  spec.decimalComma = spec.delimiter != ',';
-  TableRead t = ReadTable(lines, spec, choice);
-  if (!t.error.empty()) return Failure(kFormat, t.error, kChRemedy);
-  InstrumentReadResult r;
-  r.status = InstrumentStatus::Read;
-  r.record.format = kFormat;
-  TakeSettings(lines, title, r.record.stated);
-  r.record.scans = std::move(t.scans);
-  r.record.potentialColumn = t.potentialColumn;
-  r.record.currentColumn = t.currentColumn;
-  r.record.notes = std::move(t.notes);
+  InstrumentReadResult r = ReadTableUnder(lines, title, choice, kFormat, kChRemedy);
+  if (r.status == InstrumentStatus::Read) TakeSettings(lines, title, r.record.stated);
   return r;
 }
 

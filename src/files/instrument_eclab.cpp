@@ -68,21 +68,8 @@ std::optional<InstrumentReadResult> ReadEcLab(const Lines& lines, const ColumnCh
                        std::to_string(lines.size()),
                    kEcLabRemedy);
   const std::size_t title = static_cast<std::size_t>(*count) - 1;
-  TableSpec spec;
-  spec.titleLine = title;
-  spec.firstDataLine = title + 1;
-  spec.delimiter = GuessDelimiter(lines[title]);
-  spec.decimalComma = spec.delimiter != ',';
-  TableRead t = ReadTable(lines, spec, choice);
-  if (!t.error.empty()) return Failure(kFormat, t.error, kEcLabRemedy);
-  InstrumentReadResult r;
-  r.status = InstrumentStatus::Read;
-  r.record.format = kFormat;
-  TakeSettings(lines, title, r.record.stated);
-  r.record.scans = std::move(t.scans);
-  r.record.potentialColumn = t.potentialColumn;
-  r.record.currentColumn = t.currentColumn;
-  r.record.notes = std::move(t.notes);
+  InstrumentReadResult r = ReadTableUnder(lines, title, choice, kFormat, kEcLabRemedy);
+  if (r.status == InstrumentStatus::Read) TakeSettings(lines, title, r.record.stated);
   return r;
 }
 

@@ -60,14 +60,14 @@ std::size_t ReadCurveTable(const Lines& lines, std::size_t i, const std::vector<
     rec.notes.push_back(head[0] + " is cut short before its rows");
     return lines.size();
   }
-  TableSpec spec;
-  spec.titleLine = i + 1;
-  spec.unitsLine = i + 2;
-  spec.firstDataLine = i + 3;
-  spec.delimiter = '\t';
-  spec.decimalComma = true;
-  spec.leadingField = true;
-  TableRead t = ReadTable(lines, spec, choice);
+  TableLayout layout;
+  layout.titleLine = i + 1;
+  layout.unitsLine = i + 2;
+  layout.firstDataLine = i + 3;
+  layout.delimiter = '\t';
+  layout.decimalComma = true;
+  layout.leadingField = true;
+  TableRead t = ReadTable(lines, layout, choice);
   if (!t.error.empty()) {
     curves.error = head[0] + ": " + t.error;
     return i + 1;

@@ -15,23 +15,23 @@ struct Titles {
   std::vector<std::string> titles, quantities, units;
 };
 
-std::string WithoutLeadingDelimiter(const std::string& line, const TableSpec& spec) {
-  if (spec.leadingField && !line.empty() && line[0] == spec.delimiter) return line.substr(1);
+std::string WithoutLeadingDelimiter(const std::string& line, const TableLayout& layout) {
+  if (layout.leadingField && !line.empty() && line[0] == layout.delimiter) return line.substr(1);
   return line;
 }
 
-std::vector<std::string> FieldsOf(const Lines& lines, std::size_t i, const TableSpec& spec) {
-  return SplitFields(WithoutLeadingDelimiter(lines[i], spec), spec.delimiter);
+std::vector<std::string> FieldsOf(const Lines& lines, std::size_t i, const TableLayout& layout) {
+  return SplitFields(WithoutLeadingDelimiter(lines[i], layout), layout.delimiter);
 }
 
-Titles TitlesOf(const Lines& lines, const TableSpec& spec) {
+Titles TitlesOf(const Lines& lines, const TableLayout& layout) {
   Titles t;
-  if (!spec.titleLine) return t;
-  t.titles = FieldsOf(lines, *spec.titleLine, spec);
+  if (!layout.titleLine) return t;
+  t.titles = FieldsOf(lines, *layout.titleLine, layout);
   std::vector<std::string> unitRow;
-  if (spec.unitsLine) unitRow = FieldsOf(lines, *spec.unitsLine, spec);
+  if (layout.unitsLine) unitRow = FieldsOf(lines, *layout.unitsLine, layout);
   for (std::size_t k = 0; k < t.titles.size(); ++k) {
-    if (spec.unitsLine) {
+    if (layout.unitsLine) {
       t.quantities.push_back(t.titles[k]);
       t.units.push_back(k < unitRow.size() ? unitRow[k] : std::string());
     } else {
@@ -157,9 +157,9 @@ void AssumedUnitNotes(const Column& p, const Column& c, std::vector<std::string>
 
 }  // namespace
 
-TableRead ReadTable(const Lines& lines, const TableSpec& spec, const ColumnChoice& choice) {
+TableRead ReadTable(const Lines& lines, const TableLayout& layout, const ColumnChoice& choice) {
   TableRead out;
-  const Titles t = TitlesOf(lines, spec);
+  const Titles t = TitlesOf(lines, layout);
   const auto p = ChooseColumn(t, choice.potential, PotentialRank, PotentialUnit, "potential (V or mV)", out.error);
   if (!p) return out;
   const auto c = ChooseColumn(t, choice.current, CurrentRank, CurrentUnit, "current (A, mA, \xC2\xB5" "A or nA)", out.error);
@@ -171,20 +171,20 @@ TableRead ReadTable(const Lines& lines, const TableSpec& spec, const ColumnChoic
   const int flag = FindTitled(t, {"error"});
   ScanSorter sorter(cycle >= 0 && Lower(t.quantities[static_cast<std::size_t>(cycle)]).rfind("scan", 0) == 0 ? "scan "
                                                                                                               : "cycle ");
-  std::size_t i = spec.firstDataLine;
+  std::size_t i = layout.firstDataLine;
   for (; i < lines.size(); ++i) {
     if (Trim(lines[i]).empty()) continue;
-    const std::vector<std::string> f = FieldsOf(lines, i, spec);
+    const std::vector<std::string> f = FieldsOf(lines, i, layout);
     double E = 0, I = 0, label = 0, error = 0;
-    if (!FieldIsNumber(f, p->index, spec.decimalComma, E) || !FieldIsNumber(f, c->index, spec.decimalComma, I)) break;
+    if (!FieldIsNumber(f, p->index, layout.decimalComma, E) || !FieldIsNumber(f, c->index, layout.decimalComma, I)) break;
     E *= p->scale;
     I *= c->scale;
     if (!std::isfinite(E) || !std::isfinite(I)) break;
-    if (FieldIsNumber(f, flag, spec.decimalComma, error) && error != 0) {
+    if (FieldIsNumber(f, flag, layout.decimalComma, error) && error != 0) {
       ++out.flagged;
       continue;
     }
-    const bool labelled = FieldIsNumber(f, cycle, spec.decimalComma, label);
+    const bool labelled = FieldIsNumber(f, cycle, layout.decimalComma, label);
     MeasuredScan& s = sorter.scanFor(labelled ? std::optional<double>(label) : std::nullopt);
     s.E.push_back(E);
     s.I.push_back(I);
@@ -195,6 +195,29 @@ TableRead ReadTable(const Lines& lines, const TableSpec& spec, const ColumnChoic
   if (out.flagged == 1) out.notes.push_back("1 point flagged as an error was left out");
   if (out.flagged > 1) out.notes.push_back(std::to_string(out.flagged) + " points flagged as errors were left out");
   return out;
+}
+
+InstrumentReadResult ReadTableUnder(const Lines& lines, std::size_t title, const ColumnChoice& choice,
+                                    const std::string& format, const char* remedy) {
+  TableLayout layout;
+  layout.titleLine = title;
+  layout.firstDataLine = title + 1;
+  layout.delimiter = GuessDelimiter(lines[title]);
+  layout.decimalComma = layout.delimiter != ',';
+  TableRead t = ReadTable(lines, layout, choice);
+  if (!t.error.empty()) return Failure(format, t.error, remedy);
+  return RecordOf(format, t);
+}
+
+InstrumentReadResult RecordOf(const std::string& format, TableRead& table) {
+  InstrumentReadResult r;
+  r.status = InstrumentStatus::Read;
+  r.record.format = format;
+  r.record.scans = std::move(table.scans);
+  r.record.potentialColumn = table.potentialColumn;
+  r.record.currentColumn = table.currentColumn;
+  r.record.notes = std::move(table.notes);
+  return r;
 }
 
 bool TitlesNamePotentialAndCurrent(const std::vector<std::string>& titles) {

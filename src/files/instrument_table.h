@@ -13,7 +13,7 @@ namespace voltrix {
 
 using Lines = std::vector<std::string>;
 
-struct TableSpec {
+struct TableLayout {
   std::optional<std::size_t> titleLine;  // none: columns are chosen by number
   std::optional<std::size_t> unitsLine;  // a row of units under the titles (Gamry)
   std::size_t firstDataLine = 0;
@@ -32,7 +32,16 @@ struct TableRead {
   std::string error;  // no potential or current column
 };
 
-[[nodiscard]] TableRead ReadTable(const Lines& lines, const TableSpec& spec, const ColumnChoice& choice);
+[[nodiscard]] TableRead ReadTable(const Lines& lines, const TableLayout& layout, const ColumnChoice& choice);
+
+// A table's points and columns as a read record in `format`.
+InstrumentReadResult RecordOf(const std::string& format, TableRead& table);
+
+// The table under the title row at `title`, delimited as that row is (decimal
+// commas where the delimiter is no comma), as a record in `format`; a
+// Failure when the titles name no potential or current column.
+InstrumentReadResult ReadTableUnder(const Lines& lines, std::size_t title, const ColumnChoice& choice,
+                                    const std::string& format, const char* remedy);
 
 // True when the titles name a potential and a current column that the
 // reader would take.

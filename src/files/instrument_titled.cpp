@@ -41,20 +41,12 @@ bool IsTitleRow(const std::vector<std::string>& titles, const ColumnChoice& choi
   return choice.any() && HoldsNoNumber(titles);
 }
 
-InstrumentReadResult Record(const std::string& format, TableRead& t, const Lines& lines, std::size_t title,
-                            bool decimalComma) {
-  InstrumentReadResult r;
-  r.status = InstrumentStatus::Read;
-  r.record.format = format;
+// Technique, area and temperature from the lines above the titles.
+void TakeSettingsAbove(const Lines& lines, std::size_t title, bool decimalComma, StatedSettings& stated) {
   for (std::size_t i = 0; i < title; ++i) {
-    if (r.record.stated.technique == 0) r.record.stated.technique = TechniqueNamed(lines[i]);
-    TakeCommonSettings(lines[i], decimalComma, r.record.stated);
+    if (stated.technique == 0) stated.technique = TechniqueNamed(lines[i]);
+    TakeCommonSettings(lines[i], decimalComma, stated);
   }
-  r.record.scans = std::move(t.scans);
-  r.record.potentialColumn = t.potentialColumn;
-  r.record.currentColumn = t.currentColumn;
-  r.record.notes = std::move(t.notes);
-  return r;
 }
 
 }  // namespace
@@ -62,17 +54,16 @@ InstrumentReadResult Record(const std::string& format, TableRead& t, const Lines
 std::optional<InstrumentReadResult> ReadTitledTable(const Lines& lines, const ColumnChoice& choice) {
   std::optional<InstrumentReadResult> failure;
   for (std::size_t i = 0; i < lines.size() && i < kTitleSearch; ++i) {
-    TableSpec spec;
-    spec.delimiter = GuessDelimiter(lines[i]);
-    const std::vector<std::string> titles = SplitFields(lines[i], spec.delimiter);
+    const char delimiter = GuessDelimiter(lines[i]);
+    const std::vector<std::string> titles = SplitFields(lines[i], delimiter);
     if (!IsTitleRow(titles, choice)) continue;
-    spec.titleLine = i;
-    spec.firstDataLine = i + 1;
-    spec.decimalComma = spec.delimiter != ',';
     const std::string format = FormatOf(titles);
-    TableRead t = ReadTable(lines, spec, choice);
-    if (!t.error.empty()) return Failure(format, t.error, RemedyOf(format));
-    if (t.rows > 0) return Record(format, t, lines, i, spec.decimalComma);
+    InstrumentReadResult r = ReadTableUnder(lines, i, choice, format, RemedyOf(format));
+    if (r.status == InstrumentStatus::Failed) return r;
+    if (PointsIn(r.record.scans) > 0) {
+      TakeSettingsAbove(lines, i, delimiter != ',', r.record.stated);
+      return r;
+    }
     if (!failure) failure = Failure(format, "no rows of numbers follow the title row", RemedyOf(format));
   }
   return failure;
@@ -84,13 +75,13 @@ std::optional<InstrumentReadResult> ReadNumberedColumns(const Lines& lines, cons
   std::size_t first = 0;
   while (first < lines.size() && Trim(lines[first]).empty()) ++first;
   if (first == lines.size()) return std::nullopt;
-  TableSpec spec;
-  spec.firstDataLine = first;
-  spec.delimiter = GuessDelimiter(lines[first]);
-  spec.decimalComma = spec.delimiter != ',';
-  TableRead t = ReadTable(lines, spec, choice);
+  TableLayout layout;
+  layout.firstDataLine = first;
+  layout.delimiter = GuessDelimiter(lines[first]);
+  layout.decimalComma = layout.delimiter != ',';
+  TableRead t = ReadTable(lines, layout, choice);
   if (!t.error.empty() || t.rows == 0) return std::nullopt;
-  return Record("numbered columns", t, lines, 0, spec.decimalComma);
+  return RecordOf("numbered columns", t);
 }
 
 }  // namespace voltrix
