@@ -4,6 +4,7 @@
 
 #include "cli.h"
 #include "fit_statements.h"
+#include "import_statement.h"
 #ifdef VOLTRIX_HAVE_RENDER
 #include "plot_statement.h"
 #endif
@@ -11,6 +12,7 @@
 int main(int argc, char** argv) {
   voltrix::Cli cli(std::cout, std::cerr);
   voltrix::RegisterFitStatements(cli);
+  voltrix::RegisterImportStatement(cli);
 #ifdef VOLTRIX_HAVE_RENDER
   voltrix::RegisterPlotStatement(cli);
 #endif

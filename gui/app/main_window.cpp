@@ -69,6 +69,7 @@ MainWindow::MainWindow() {
   platform_.messages.parent = this;
   platform_.files.parent = this;
   platform_.fitProgress.showStatus = [this](const QString& text) { statusBar()->showMessage(text); };
+  platform_.cycles.parent = this;
   wb_ = std::make_unique<Workbench>(platform_.platform());
   setWindowTitle(QString::fromStdString(wb_->mainForm().caption()));
   setWindowIcon(AppIcon());

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QFileDialog>
 #include <QImage>
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPrinter>
@@ -67,6 +68,22 @@ std::optional<std::string> QtFileDialog::ask(DialogMode mode, const std::string&
                                                 : QFileDialog::getOpenFileName(parent.data(), QString(), QString(), qfilter);
   if (name.isEmpty()) return std::nullopt;
   return name.toStdString();
+}
+
+std::optional<int> QtCycleChoice::choose(const std::vector<std::string>& cycles, int suggested) {
+  if (intercept) return intercept(cycles, suggested);
+  const PointerLift lift;
+  QStringList items;
+  // Numbered, so that two cycles described alike stay apart.
+  for (const std::string& c : cycles) items << QString::number(items.size() + 1) + ")  " + QString::fromStdString(c);
+  bool ok = false;
+  const QString picked = QInputDialog::getItem(parent.data(), QStringLiteral("Import Data"),
+                                               QStringLiteral("The file holds several cycles. Import:"), items,
+                                               suggested, false, &ok);
+  if (!ok) return std::nullopt;
+  const int index = static_cast<int>(items.indexOf(picked));
+  if (index < 0) return std::nullopt;
+  return index;
 }
 
 double QtClock::seconds() { return QTime::currentTime().msecsSinceStartOfDay() / 1000.0; }

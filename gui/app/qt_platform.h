@@ -86,6 +86,16 @@ class QtFitProgress : public QObject, public FitProgress {
   bool running_ = false;
 };
 
+// A list of the file's cycles to pick one from, the first complete one
+// selected.
+class QtCycleChoice : public CycleChoice {
+ public:
+  std::optional<int> choose(const std::vector<std::string>& cycles, int suggested) override;
+  QPointer<QWidget> parent;
+  // When set, answers come from here instead of the dialog (automated runs).
+  std::function<std::optional<int>(const std::vector<std::string>&, int)> intercept;
+};
+
 struct QtPlatform {
   QtMessageBox messages;
   QtFileDialog files;
@@ -94,7 +104,8 @@ struct QtPlatform {
   DisplayList plot;
   QtPictureOutput picture{plot, files, messages};
   QtFitProgress fitProgress;
-  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture, &fitProgress}; }
+  QtCycleChoice cycles;
+  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture, cycles, &fitProgress}; }
 };
 
 }  // namespace voltrix

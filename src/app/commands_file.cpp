@@ -2,6 +2,7 @@
 #include <fstream>
 
 #include "app/commands.h"
+#include "app/import_file.h"
 #include "files/curve_file.h"
 #include "files/parameter_file.h"
 #include "files/safe_write.h"
@@ -42,17 +43,14 @@ void ExportCommand(Workbench& wb) {
   if (!w) ReportWriteFailure(wb.platform, *path, w.reason);
 }
 
-// Reads the chosen file into row NOverlay. Returns true when it was read to
-// its end; on a fault the user is told, and NData, First and Last keep their
-// values (the points read stay in the store).
-bool ImportCurve(Workbench& wb) {
-  StartCurve(wb);
-  const auto path = wb.platform.files.ask(DialogMode::Open, kCurveFilter);
-  if (!path) return false;
+// Reads a file of our own two-column layout into row NOverlay. Returns true
+// when it was read to its end; on a fault the user is told, and NData, First
+// and Last keep their values (the points read stay in the store).
+bool ReadClassicCurve(Workbench& wb, const std::string& path) {
   Experiment& e = wb.experiment;
   CurveStore& s = wb.store;
   try {
-    std::ifstream in(*path, std::ios::binary);
+    std::ifstream in(path, std::ios::binary);
     if (!in) Raise(ErrorKind::FileNotFound);
     const CurveReadResult read = ReadCurve(in, s, static_cast<long>(e.NOverlay));
     if (!read.ok) Raise(ErrorKind::FileAccess, read.description);
@@ -75,15 +73,41 @@ bool ImportCurve(Workbench& wb) {
   return true;
 }
 
+// Reads the chosen file into row NOverlay.
+bool ImportCurve(Workbench& wb) {
+  StartCurve(wb);
+  const auto path = wb.platform.files.ask(DialogMode::Open, kCurveFilter);
+  if (!path) return false;
+  return ImportCurveFile(wb, *path, {});
+}
+
 void ImportCommand(Workbench& wb) {
-  if (!ImportCurve(wb)) return;
+  if (ImportCurve(wb)) ShowImportedCurve(wb);
+}
+
+}  // namespace
+
+bool ImportCurveFile(Workbench& wb, const std::string& path, const ImportRequest& request) {
+  switch (ImportInstrumentFile(wb, path, request)) {
+    case InstrumentImport::Imported: return true;
+    case InstrumentImport::Failed: return false;
+    case InstrumentImport::NotInstrument: break;
+  }
+  // Our own files name no columns and hold one curve.
+  const bool choosing = request.columns.any() || request.cycle.value_or(1) != 1;
+  if (choosing && std::ifstream(path)) {
+    wb.platform.messages.show("ReadData Error: the file has no title row naming its columns and no cycles to choose");
+    return false;
+  }
+  return ReadClassicCurve(wb, path);
+}
+
+void ShowImportedCurve(Workbench& wb) {
   PlotCurves(wb);
   wb.formResult().show();
   wb.mainForm().menu("mnuDisplay").enabled(true);
   wb.mainForm().menu("mnuData").enabled(true);
 }
-
-}  // namespace
 
 void BindFileCommands(Workbench& wb) {
   MainForm& menu = wb.mainForm();

@@ -106,6 +106,21 @@ class RecordingFitProgress : public FitProgress {
   bool stop = false;
 };
 
+// Answers from a queue (a cycle index from 0, or no value for cancel), and
+// with the suggestion, the first complete cycle, when the queue is empty.
+class ScriptedCycleChoice : public CycleChoice {
+ public:
+  std::optional<int> choose(const std::vector<std::string>& cycles, int suggested) override {
+    asked.push_back(cycles);
+    if (answers.empty()) return suggested;
+    const std::optional<int> a = answers.front();
+    answers.pop_front();
+    return a;
+  }
+  std::deque<std::optional<int>> answers;
+  std::vector<std::vector<std::string>> asked;
+};
+
 // All of the above in one object, for a headless workbench.
 struct HeadlessPlatform {
   RecordingMessageBox messages;
@@ -115,7 +130,8 @@ struct HeadlessPlatform {
   RecordingSurface plot;
   CountingPictureOutput picture;
   RecordingFitProgress fitProgress;
-  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture, &fitProgress}; }
+  ScriptedCycleChoice cycles;
+  Platform platform() { return Platform{messages, files, clock, pointer, plot, picture, cycles, &fitProgress}; }
 };
 
 }  // namespace voltrix

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace voltrix {
 
@@ -62,6 +63,25 @@ class PictureOutput {
   virtual void print() = 0;            // the picture on the default printer
 };
 
+// Which of the cycles a measured file holds to import. `cycles` describes
+// one cycle a line; `suggested` (from 0) is the first complete one. No value
+// means cancelled.
+class CycleChoice {
+ public:
+  virtual ~CycleChoice() = default;
+  virtual std::optional<int> choose(const std::vector<std::string>& cycles, int suggested) = 0;
+};
+
+// Takes the suggestion without asking: for a platform that has no dialog.
+class SuggestedCycle final : public CycleChoice {
+ public:
+  std::optional<int> choose(const std::vector<std::string>&, int suggested) override { return suggested; }
+  static CycleChoice& instance() {
+    static SuggestedCycle stateless;
+    return stateless;
+  }
+};
+
 struct Platform {
   MessageBox& messages;
   FileDialog& files;
@@ -69,6 +89,7 @@ struct Platform {
   Pointer& pointer;
   DrawingSurface& plot;
   PictureOutput& picture;
+  CycleChoice& cycles = SuggestedCycle::instance();
   // Progress and stop of long fits (model/fit_progress.h); none: a fit runs
   // to its end and shows nothing as it goes.
   class FitProgress* fitProgress = nullptr;

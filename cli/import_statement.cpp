@@ -1,0 +1,77 @@
+#include "import_statement.h"
+
+#include <string>
+#include <vector>
+
+#include "app/import_file.h"
+#include "ui/commit.h"
+
+namespace voltrix {
+
+namespace {
+
+// Words split at blanks; double quotes keep blanks inside a word.
+std::vector<std::string> Words(const std::string& rest) {
+  std::vector<std::string> words;
+  std::string word;
+  bool quoted = false, any = false;
+  for (char c : rest) {
+    if (c == '"') {
+      quoted = !quoted;
+      any = true;
+    } else if ((c == ' ' || c == '\t') && !quoted) {
+      if (any) words.push_back(word);
+      word.clear();
+      any = false;
+    } else {
+      word.push_back(c);
+      any = true;
+    }
+  }
+  if (quoted) throw StatementError("import: a quote is not closed");
+  if (any) words.push_back(word);
+  return words;
+}
+
+int CycleNumber(const std::string& value) {
+  if (value.empty() || value.size() > 5 || value.find_first_not_of("0123456789") != std::string::npos ||
+      std::stoi(value) < 1)
+    throw StatementError("import: cycle takes a number from 1, got \"" + value + "\"");
+  return std::stoi(value);
+}
+
+ImportRequest Request(const std::vector<std::string>& options) {
+  ImportRequest request;
+  for (const std::string& option : options) {
+    const auto eq = option.find('=');
+    const std::string key = option.substr(0, eq), value = eq == std::string::npos ? "" : option.substr(eq + 1);
+    if (eq == std::string::npos || value.empty())
+      throw StatementError("import: expected cycle=N, x=COLUMN or y=COLUMN, got \"" + option + "\"");
+    if (key == "cycle") {
+      request.cycle = CycleNumber(value);
+    } else if (key == "x") {
+      request.columns.potential = value;
+    } else if (key == "y") {
+      request.columns.current = value;
+    } else {
+      throw StatementError("import: unknown option \"" + key + "\" (cycle, x or y)");
+    }
+  }
+  return request;
+}
+
+}  // namespace
+
+void RegisterImportStatement(Cli& cli) {
+  cli.addStatement("import", "import FILE [cycle=N] [x=COLUMN] [y=COLUMN]", [](Cli& c, const std::string& rest) {
+    const std::vector<std::string> words = Words(rest);
+    if (words.empty()) throw StatementError("import: a file name is needed (import FILE [cycle=N] [x=COLUMN] [y=COLUMN])");
+    const ImportRequest request = Request({words.begin() + 1, words.end()});
+    Workbench& wb = c.workbench();
+    StartCurve(wb);
+    // A failed import has said why in its message, which the CLI counts.
+    if (ImportCurveFile(wb, words[0], request)) ShowImportedCurve(wb);
+  });
+}
+
+}  // namespace voltrix
