@@ -15,6 +15,7 @@ constexpr std::size_t kCachedFactors = 48;
 constexpr int kNewtonPasses = 30;
 constexpr double kNewtonTolerance = 1e-11;  // of the largest bulk concentration
 constexpr double kJumpTolerance = 1e-9;     // V
+constexpr double kFarOverpotential = 600;   // in RT/nF
 
 // z / (e^z - 1): the exponentially fitted weight of a face's downstream
 // neighbour under a flow of cell Peclet number z; 1 without flow.
@@ -31,10 +32,12 @@ bool IsLinear(const ReactionSet& set) {
 }
 
 // Net homogeneous rates (mol/L s) and their derivative at node values c
-// (0-based species).
+// (0-based species). A concentration the second-order formula has taken
+// below 0 reacts as none: so every step keeps a solution, where a negative
+// amount consumed by a square law would run away.
 void NodeRates(const ReactionSet& set, const double* c, int n, SpeciesVector& rate, SpeciesMatrix& jac) {
   double c1[kMaxSpecies + 1] = {}, r1[kMaxSpecies + 1], j1[kMaxSpecies + 1][kMaxSpecies + 1];
-  for (int p = 0; p < n; ++p) c1[p + 1] = c[p];
+  for (int p = 0; p < n; ++p) c1[p + 1] = std::max(c[p], 0.0);
   HomogeneousRates(set, c1, r1, j1);
   for (int p = 0; p < n; ++p) {
     rate.v[p] = r1[p + 1];
@@ -148,9 +151,14 @@ void OneDimensionalCell::formHistory(const Scheme& s) {
   for (std::size_t k = 0; k < size; ++k) history[k] = a * now[k] - b * before[k];
 }
 
+// Beyond some 600 RT/nF from E0 one side of a couple is gone to the last
+// digit whatever the overpotential; the potential is held there so that the
+// rates stay finite.
 void OneDimensionalCell::setElectrodeRates(double E) {
   for (std::size_t r = 0; r < set_.charge.size(); ++r) {
-    const ElectrodeRates k = RatesAt(set_.charge[r], set_.fRT, E);
+    const ChargeStep& step = set_.charge[r];
+    const double reach = kFarOverpotential / (step.n * set_.fRT);
+    const ElectrodeRates k = RatesAt(step, set_.fRT, std::clamp(E, step.E0 - reach, step.E0 + reach));
     kred_[r] = k.kred;
     kox_[r] = k.kox;
   }

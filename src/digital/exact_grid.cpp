@@ -10,17 +10,25 @@ namespace {
 
 // Fewest nodes a grid gets, so that the three-point slope and the first box
 // always stand on distinct nodes.
-constexpr int kMinGridNodes = 8;
+constexpr std::size_t kMinGridNodes = 8;
 
-int NodeCount(const GridRequest& r) {
-  const double q = r.expansion;
-  const double nodes = std::ceil(Log(1 + (q - 1) * Div(r.extent, r.finestSpacing)) / Log(q));
-  if (!(nodes <= kMaxGridNodes)) Raise(ErrorKind::InvalidArgument, "The grid would need too many nodes");
-  return std::max(kMinGridNodes, static_cast<int>(nodes));
+// Spacings from the first, each q times the one before, within the cap,
+// until the extent is passed; then scaled so that the last node stands at
+// the extent.
+std::vector<double> Spacings(const GridRequest& r, double first) {
+  auto cap = [&](double x) {
+    return r.largestSpacing > 0 ? std::max(r.largestSpacing, r.largestSpacingPerDistance * x) : r.extent;
+  };
+  std::vector<double> spacings;
+  double x = 0;
+  for (double h = first; x < r.extent; h = std::min(h * r.expansion, cap(x))) {
+    if (spacings.size() >= kMaxGridNodes) Raise(ErrorKind::InvalidArgument, "The grid would need too many nodes");
+    spacings.push_back(h);
+    x += h;
+  }
+  for (double& h : spacings) h *= r.extent / x;
+  return spacings;
 }
-
-// Position of the point at index s (a node for whole s, a face for halves).
-double Position(double h, double q, double s) { return h * std::expm1(s * std::log(q)) / (q - 1); }
 
 // Box content of [a, b] per unit electrode area.
 double Volume(CellGeometry g, double r0, double a, double b) {
@@ -72,23 +80,30 @@ void ThreePointSlope(double d1, double d2, double weights[3]) {
 
 ExpandingGrid LayOutExpandingGrid(const GridRequest& r) {
   CheckRequest(r);
+  std::vector<double> h = Spacings(r, r.finestSpacing);
+  if (h.size() < kMinGridNodes) h = Spacings(r, r.extent * (r.expansion - 1) / std::expm1(kMinGridNodes * std::log(r.expansion)));
   ExpandingGrid grid;
   grid.geometry = r.geometry;
   grid.far = r.far;
-  const int last = NodeCount(r);
-  const double q = r.expansion;
-  const double h = Checked(r.extent * (q - 1) / std::expm1(last * std::log(q)));
-  grid.last = last;
-  grid.x.resize(last + 1);
-  for (int i = 0; i <= last; ++i) grid.x[i] = Position(h, q, i);
-  grid.x[last] = r.extent;
-  grid.volume.assign(last + 1, 0.0);
-  for (int i = 1; i <= last; ++i) {
-    const double outer = i == last ? r.extent : Position(h, q, i + 0.5);
-    grid.volume[i] = Checked(Volume(r.geometry, r.radius, Position(h, q, i - 0.5), outer));
+  grid.last = static_cast<int>(h.size());
+  grid.x.assign(grid.last + 1, 0.0);
+  for (int i = 0; i < grid.last; ++i) grid.x[i + 1] = grid.x[i] + h[i];
+  grid.x[grid.last] = r.extent;
+  // The face between nodes i and i + 1 divides their gap as the square
+  // roots of the spacings on either side: the midpoint of a uniform stretch,
+  // the midpoint in the index of a geometric one.
+  std::vector<double> face(grid.last);
+  for (int i = 0; i < grid.last; ++i) {
+    const double before = i == 0 ? h[0] / r.expansion : h[i - 1];
+    face[i] = grid.x[i] + h[i] / (1 + std::sqrt(h[i] / before));
   }
-  grid.conductance.assign(last + 1, 0.0);
-  for (int i = 0; i < last; ++i)
+  grid.volume.assign(grid.last + 1, 0.0);
+  for (int i = 1; i <= grid.last; ++i) {
+    const double outer = i == grid.last ? r.extent : face[i];
+    grid.volume[i] = Checked(Volume(r.geometry, r.radius, face[i - 1], outer));
+  }
+  grid.conductance.assign(grid.last + 1, 0.0);
+  for (int i = 0; i < grid.last; ++i)
     grid.conductance[i] = Checked(Conductance(r.geometry, r.radius, grid.x[i], grid.x[i + 1]));
   ThreePointSlope(SteadyCoordinate(r.geometry, r.radius, grid.x[1]),
                   SteadyCoordinate(r.geometry, r.radius, grid.x[2]), grid.gradient);

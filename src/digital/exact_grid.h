@@ -21,6 +21,8 @@ struct GridRequest {
   double finestSpacing = 0; // cm: the first node's distance from the surface at most
   double extent = 0;        // cm: where the last node stands
   double expansion = 1.1;   // ratio of neighbouring spacings
+  double largestSpacing = 0; // cm, or this part of the distance where more; 0: none
+  double largestSpacingPerDistance = 0;
   FarSide far = FarSide::Bulk;
 };
 
@@ -37,11 +39,11 @@ struct ExpandingGrid {
   double gradient[3] = {};           // dc/dx at the surface = sum of gradient[k] c(k), 1/cm
 };
 
-// Lays out nodes x(i) = h (q^i - 1) / (q - 1) with h at most finestSpacing
-// and x(last) = extent exactly. Raises InvalidArgument for a spacing or an
-// extent that is not positive and when more than kMaxGridNodes would be
-// needed.
-constexpr int kMaxGridNodes = 4000;
+// Lays out nodes whose spacings start at most at finestSpacing and grow by
+// the expansion ratio up to the cap, with x(last) = extent exactly.
+// Raises InvalidArgument for a spacing or an extent that is not positive
+// and when more than kMaxGridNodes would be needed.
+constexpr std::size_t kMaxGridNodes = 4000;
 ExpandingGrid LayOutExpandingGrid(const GridRequest& request);
 
 // Weights of the three-point derivative at 0 from values at 0, d1 and d2,

@@ -22,9 +22,11 @@ constexpr double kRadiusPart = 0.02;
 constexpr double kDiffusionLengths = 6;
 constexpr double kExpansion = 1.25;
 // The disk's steady profile falls off as exp(-(x/L)^3), L = (3D/a)^1/3;
-// where the flow carries more than diffusion the grid must widen slowly.
+// where the flow carries more than diffusion the spacing stays a small part
+// of L, so that the flux between nodes stays second order. Beyond 4 L of a
+// species it is flat, and only species of larger D ask for the same.
 constexpr double kConvectiveLengths = 4;
-constexpr double kConvectiveExpansion = 1.05;
+constexpr double kConvectiveSpacing = 0.1;
 
 struct Diffusivities {
   double smallest = 0, largest = 0;
@@ -91,9 +93,11 @@ GridRequest ChooseGrid(const Experiment& e, const ReactionSet& set, const Progra
   }
   const double a = ConvectionOf(e);
   if (a > 0) {
-    g.finestSpacing = std::min(g.finestSpacing, kLayerPart * std::cbrt(3 * D.smallest / a));
+    const double thinnest = std::cbrt(3 * D.smallest / a);
+    g.finestSpacing = std::min(g.finestSpacing, kLayerPart * thinnest);
+    g.largestSpacing = kConvectiveSpacing * thinnest;
+    g.largestSpacingPerDistance = kConvectiveSpacing / kConvectiveLengths;
     g.extent = std::min(g.extent, kConvectiveLengths * std::cbrt(3 * D.largest / a));
-    g.expansion = kConvectiveExpansion;
   }
   if (Count(e.Electrode) == 7 && Positive(e.leng.value(), "The film thickness") <= g.extent) {
     g.extent = e.leng.value();
