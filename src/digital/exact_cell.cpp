@@ -11,7 +11,10 @@ namespace voltrix {
 namespace {
 
 constexpr double kFaradayPerLitre = 96484.6 * 0.001;  // flux in mol/L cm/s to A/cm2
-constexpr std::size_t kCachedFactors = 48;
+// Factors kept for reuse: enough for the distinct steps of a pulse
+// technique's two holds, within some 4 MB.
+constexpr std::size_t kMostCachedFactors = 256;
+constexpr double kCacheBytes = 4e6;
 constexpr int kNewtonPasses = 30;
 constexpr double kNewtonTolerance = 1e-11;  // of the largest bulk concentration
 constexpr double kJumpTolerance = 1e-9;     // V
@@ -53,13 +56,13 @@ double LargestBulk(const ReactionSet& set) {
 
 }  // namespace
 
-OneDimensionalCell::OneDimensionalCell(const ReactionSet& set, OneDimensionalCellSpec spec)
+OneDimensionalCell::OneDimensionalCell(const ReactionSet& set, OneDimensionalCellSetup setup)
     : set_(set),
-      spec_(std::move(spec)),
+      setup_(std::move(setup)),
       n_(set.species),
-      last_(spec_.grid.last),
+      last_(setup_.grid.last),
       linear_(IsLinear(set)),
-      system_(spec_.grid.last, set.species) {
+      system_(setup_.grid.last, set.species) {
   const std::size_t size = static_cast<std::size_t>(last_ + 1) * n_;
   now_.assign(size, 0);
   before_ = trial_ = iterate_ = history_ = now_;
@@ -70,7 +73,9 @@ OneDimensionalCell::OneDimensionalCell(const ReactionSet& set, OneDimensionalCel
   const std::vector<double> zero(n_, 0.0);
   if (linear_) {
     NodeRates(set_, zero.data(), n_, unused, linearJacobian_);
-    cache_.reserve(kCachedFactors);
+    const double bytes = sizeof(double) * (last_ + 1.0) * n_ * n_ + sizeof(CachedFactor);
+    cacheCapacity_ = std::clamp<std::size_t>(static_cast<std::size_t>(kCacheBytes / bytes), 1, kMostCachedFactors);
+    cache_.reserve(cacheCapacity_);
     system_.diagonal = set_.chemical.empty();
   } else {
     jacobian_.resize(last_ + 1);
@@ -83,12 +88,12 @@ OneDimensionalCell::OneDimensionalCell(const ReactionSet& set, OneDimensionalCel
 // the flow where the electrode rotates. Their sum leaves the node, so a
 // uniform solution stays uniform also under the flow.
 void OneDimensionalCell::layOutTransport() {
-  const ExpandingGrid& g = spec_.grid;
+  const ExpandingGrid& g = setup_.grid;
   low_.assign(now_.size(), 0.0);
   up_.assign(now_.size(), 0.0);
   auto peclet = [&](int face, double D) {
     const double mid = (g.x[face] + g.x[face + 1]) / 2;
-    return -spec_.convection * mid * mid * (g.x[face + 1] - g.x[face]) / D;
+    return -setup_.convection * mid * mid * (g.x[face + 1] - g.x[face]) / D;
   };
   for (int i = 1; i <= last_; ++i) {
     if (g.far == FarSide::Bulk && i == last_) continue;  // the solution beyond reacts but is not carried
@@ -137,18 +142,14 @@ OneDimensionalCell::Scheme OneDimensionalCell::schemeFor(double Ebegin, double d
 }
 
 // The known part of the step: c(now) for backward Euler, and for the
-// variable-step BDF2 (1 + w) c(now) - w^2 / (1 + w) c(before).
-void OneDimensionalCell::formHistory(const Scheme& s) {
-  if (s.restart) {
-    history_ = now_;
-    return;
-  }
-  const double a = 1 + s.w, b = s.w * s.w / (1 + s.w);
+// variable-step BDF2 (1 + w) c(now) - w^2 / (1 + w) c(before); from entry
+// `from` on, into `out`.
+void OneDimensionalCell::formHistory(const Scheme& s, double* __restrict out, std::size_t from) {
+  const double a = s.restart ? 1 : 1 + s.w, b = s.restart ? 0 : s.w * s.w / (1 + s.w);
   const double* __restrict now = now_.data();
   const double* __restrict before = before_.data();
-  double* __restrict history = history_.data();
   const std::size_t size = now_.size();
-  for (std::size_t k = 0; k < size; ++k) history[k] = a * now[k] - b * before[k];
+  for (std::size_t k = from; k < size; ++k) out[k - from] = a * now[k] - b * before[k];
 }
 
 // Beyond some 600 RT/nF from E0 one side of a couple is gone to the last
@@ -219,7 +220,7 @@ void OneDimensionalCell::assembleReactionRhs(const Scheme& s, const std::vector<
 // species by species, with the three-point slope; its c(2) is eliminated
 // with row 1 so that the system stays tridiagonal.
 void OneDimensionalCell::assembleSurface(SpeciesMatrix& P, SpeciesMatrix& Q, SpeciesVector& s) const {
-  const double* w = spec_.grid.gradient;
+  const double* w = setup_.grid.gradient;
   P = SpeciesMatrix{};
   for (std::size_t r = 0; r < set_.charge.size(); ++r) {
     const int o = set_.charge[r].ox - 1, d = set_.charge[r].red - 1;
@@ -256,15 +257,15 @@ const OneDimensionalCell::CachedFactor& OneDimensionalCell::cachedFactor(const S
       lastHit_ = k;
       return cache_[k];
     }
-  if (cache_.size() < kCachedFactors) {
+  if (cache_.size() < cacheCapacity_) {
     cache_.emplace_back();
   } else {
     std::swap(cache_[nextCacheSlot_], cache_.back());
-    nextCacheSlot_ = (nextCacheSlot_ + 1) % static_cast<int>(kCachedFactors);
+    nextCacheSlot_ = (nextCacheSlot_ + 1) % cacheCapacity_;
   }
   CachedFactor& f = cache_.back();
   lastHit_ = cache_.size() - 1;
-  assembleInterior(s, now_);
+  assembleInterior(s, now_);  // its right-hand sides are not used
   SpeciesMatrix P;
   SpeciesVector unused;
   assembleSurface(P, f.Q, unused);
@@ -275,11 +276,9 @@ const OneDimensionalCell::CachedFactor& OneDimensionalCell::cachedFactor(const S
 }
 
 void OneDimensionalCell::solveLinear(const Scheme& s) {
-  formHistory(s);
   setTransportRows(s.dt);
   const CachedFactor& f = cachedFactor(s);
-  const std::size_t first = static_cast<std::size_t>(n_);
-  std::copy(history_.begin() + first, history_.end(), &system_.r(1, 0));
+  formHistory(s, &system_.r(1, 0), static_cast<std::size_t>(n_));
   SpeciesMatrix P, Q;
   SpeciesVector sv;
   assembleSurface(P, Q, sv);
@@ -290,7 +289,7 @@ void OneDimensionalCell::solveLinear(const Scheme& s) {
 // derivative is kept while the passes converge fast (a chord), and made
 // afresh when they slow down.
 void OneDimensionalCell::solveNonlinear(const Scheme& s) {
-  formHistory(s);
+  formHistory(s, history_.data(), 0);
   setTransportRows(s.dt);
   predict(s);
   const double tolerance = kNewtonTolerance * LargestBulk(set_);
@@ -348,7 +347,7 @@ double OneDimensionalCell::surfaceConcentration(int species) const {
 }
 
 double OneDimensionalCell::surfaceFlux(const std::vector<double>& c, int p) const {
-  const double* w = spec_.grid.gradient;
+  const double* w = setup_.grid.gradient;
   return D_[p] * (w[0] * c[p] + w[1] * c[n_ + p] + w[2] * c[2 * n_ + p]);
 }
 
@@ -359,7 +358,7 @@ CellCurrents OneDimensionalCell::currents(const std::vector<double>& c) const {
     const CurrentReading& read = readings_[r];
     const double rate = read.species >= 0 ? read.sign * surfaceFlux(c, read.species)
                                           : kred_[r] * c[step.ox - 1] - kox_[r] * c[step.red - 1];
-    const double I = Checked(step.n * kFaradayPerLitre * spec_.area * rate);
+    const double I = Checked(step.n * kFaradayPerLitre * setup_.area * rate);
     out.reaction[r + 1] = I;
     out.total = Checked(out.total + I);
   }

@@ -14,7 +14,7 @@
 
 namespace voltrix {
 
-struct OneDimensionalCellSpec {
+struct OneDimensionalCellSetup {
   ExpandingGrid grid;
   double area = 0;        // cm2
   double convection = 0;  // a of the velocity -a x^2 towards the electrode, 1/(cm s)
@@ -22,7 +22,7 @@ struct OneDimensionalCellSpec {
 
 class OneDimensionalCell final : public TransportCell {
  public:
-  OneDimensionalCell(const ReactionSet& set, OneDimensionalCellSpec spec);
+  OneDimensionalCell(const ReactionSet& set, OneDimensionalCellSetup setup);
 
   void renew() override;
   CellCurrents trial(double Ebegin, double Eend, double dt) override;
@@ -52,7 +52,7 @@ class OneDimensionalCell final : public TransportCell {
   void layOutTransport();
   void chooseCurrentReadings();
   Scheme schemeFor(double Ebegin, double dt) const;
-  void formHistory(const Scheme& s);
+  void formHistory(const Scheme& s, double* out, std::size_t from);
   void setElectrodeRates(double E);
   void setTransportRows(double dt);
   void assembleInterior(const Scheme& s, const std::vector<double>& around);
@@ -66,7 +66,7 @@ class OneDimensionalCell final : public TransportCell {
   double surfaceFlux(const std::vector<double>& c, int p) const;
 
   ReactionSet set_;
-  OneDimensionalCellSpec spec_;
+  OneDimensionalCellSetup setup_;
   int n_ = 0, last_ = 0;
   bool linear_ = true;
   double D_[kMaxBlock] = {};
@@ -76,8 +76,8 @@ class OneDimensionalCell final : public TransportCell {
   std::vector<double> now_, before_, trial_, iterate_, history_;
   BlockTridiagonal system_;
   double transportDt_ = -1;              // the step the transport rows hold
-  std::vector<CachedFactor> cache_;      // filled as new steps come, at most kCachedFactors
-  int nextCacheSlot_ = 0;
+  std::vector<CachedFactor> cache_;      // filled as new steps come, up to its capacity
+  std::size_t cacheCapacity_ = 1, nextCacheSlot_ = 0;
   std::size_t lastHit_ = 0;
   BlockTridiagonal::Factor factor_;
   std::vector<CurrentReading> readings_;

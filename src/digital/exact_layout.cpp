@@ -109,11 +109,11 @@ GridRequest ChooseGrid(const Experiment& e, const ReactionSet& set, const Progra
 
 std::unique_ptr<TransportCell> MakeExactCell(const Experiment& e, const ReactionSet& set, const ProgramScales& scales) {
   if (Count(e.Electrode) == 4) return MakeMicrodiscCell(e, set, CellTiming{scales.shortestStep, scales.totalTime});
-  OneDimensionalCellSpec spec;
-  spec.grid = LayOutExpandingGrid(ChooseGrid(e, set, scales));
-  spec.area = e.ARE.value();
-  spec.convection = ConvectionOf(e);
-  return std::make_unique<OneDimensionalCell>(set, std::move(spec));
+  OneDimensionalCellSetup setup;
+  setup.grid = LayOutExpandingGrid(ChooseGrid(e, set, scales));
+  setup.area = e.ARE.value();
+  setup.convection = ConvectionOf(e);
+  return std::make_unique<OneDimensionalCell>(set, std::move(setup));
 }
 
 }  // namespace voltrix
