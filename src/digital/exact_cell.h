@@ -75,8 +75,8 @@ class OneDimensionalCell final : public TransportCell {
   std::vector<SpeciesMatrix> jacobian_;  // of each node where the last factor was made
   std::vector<double> now_, before_, trial_, iterate_, history_;
   BlockTridiagonal system_;
-  double transportDt_ = -1;              // the step the transport rows hold
-  std::vector<CachedFactor> cache_;      // filled as new steps come, up to its capacity
+  double transportDt_ = -1;          // the step the transport rows hold
+  std::vector<CachedFactor> cache_;  // filled as new steps come, up to its capacity
   std::size_t cacheCapacity_ = 1, nextCacheSlot_ = 0;
   std::size_t lastHit_ = 0;
   BlockTridiagonal::Factor factor_;

@@ -81,7 +81,8 @@ void ThreePointSlope(double d1, double d2, double weights[3]) {
 ExpandingGrid LayOutExpandingGrid(const GridRequest& r) {
   CheckRequest(r);
   std::vector<double> h = Spacings(r, r.finestSpacing);
-  if (h.size() < kMinGridNodes) h = Spacings(r, r.extent * (r.expansion - 1) / std::expm1(kMinGridNodes * std::log(r.expansion)));
+  if (h.size() < kMinGridNodes)
+    h = Spacings(r, r.extent * (r.expansion - 1) / std::expm1(kMinGridNodes * std::log(r.expansion)));
   ExpandingGrid grid;
   grid.geometry = r.geometry;
   grid.far = r.far;
@@ -105,8 +106,8 @@ ExpandingGrid LayOutExpandingGrid(const GridRequest& r) {
   grid.conductance.assign(grid.last + 1, 0.0);
   for (int i = 0; i < grid.last; ++i)
     grid.conductance[i] = Checked(Conductance(r.geometry, r.radius, grid.x[i], grid.x[i + 1]));
-  ThreePointSlope(SteadyCoordinate(r.geometry, r.radius, grid.x[1]),
-                  SteadyCoordinate(r.geometry, r.radius, grid.x[2]), grid.gradient);
+  ThreePointSlope(SteadyCoordinate(r.geometry, r.radius, grid.x[1]), SteadyCoordinate(r.geometry, r.radius, grid.x[2]),
+                  grid.gradient);
   for (double& w : grid.gradient) w = Checked(w);
   return grid;
 }

@@ -5,6 +5,7 @@
 // solution is untouched. Every node but the surface one owns a box; volumes
 // and face conductances are those of the electrode's true geometry, so a
 // steady profile (linear, logarithmic, 1/r) is carried without error.
+#include <cstddef>
 #include <vector>
 
 namespace voltrix {
@@ -17,11 +18,13 @@ enum class FarSide { Bulk, Wall };
 
 struct GridRequest {
   CellGeometry geometry = CellGeometry::Planar;
-  double radius = 0;        // cm, curved geometries
-  double finestSpacing = 0; // cm: the first node's distance from the surface at most
-  double extent = 0;        // cm: where the last node stands
-  double expansion = 1.1;   // ratio of neighbouring spacings
-  double largestSpacing = 0; // cm, or this part of the distance where more; 0: none
+  double radius = 0;          // cm, curved geometries
+  double finestSpacing = 0;   // cm: the first node's distance from the surface at most
+  double extent = 0;          // cm: where the last node stands
+  double expansion = 1.1;     // ratio of neighbouring spacings
+  // The cap on a spacing at distance x: the larger of largestSpacing (cm)
+  // and largestSpacingPerDistance times x; none while largestSpacing is 0.
+  double largestSpacing = 0;
   double largestSpacingPerDistance = 0;
   FarSide far = FarSide::Bulk;
 };
@@ -32,11 +35,11 @@ struct GridRequest {
 struct ExpandingGrid {
   CellGeometry geometry = CellGeometry::Planar;
   FarSide far = FarSide::Bulk;
-  int last = 0;                      // nodes 0 (the surface) to last
-  std::vector<double> x;             // distance from the surface, cm
-  std::vector<double> volume;        // box of node i (i >= 1), cm
-  std::vector<double> conductance;   // face between i and i + 1, 1/cm
-  double gradient[3] = {};           // dc/dx at the surface = sum of gradient[k] c(k), 1/cm
+  int last = 0;                     // nodes 0 (the surface) to last
+  std::vector<double> x;            // distance from the surface, cm
+  std::vector<double> volume;       // box of node i (i >= 1), cm
+  std::vector<double> conductance;  // face between i and i + 1, 1/cm
+  double gradient[3] = {};          // dc/dx at the surface = sum of gradient[k] c(k), 1/cm
 };
 
 // Lays out nodes whose spacings start at most at finestSpacing and grow by

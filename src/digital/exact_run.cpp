@@ -54,7 +54,8 @@ ProgramScales MeasureProgram(const PotentialProgram& p, const std::vector<char>&
     const ProgramStretch& s = p.stretches[k];
     if (!(s.duration > 0)) continue;
     const double swing = std::fabs(s.Eend - s.Ebegin);
-    if (sampled[k]) scales.resolvedTime = std::min(scales.resolvedTime, swing == 0 ? s.duration : thermalVolt * s.duration / swing);
+    if (sampled[k])
+      scales.resolvedTime = std::min(scales.resolvedTime, swing == 0 ? s.duration : thermalVolt * s.duration / swing);
     PlanSteps(s.duration, s.Eend - s.Ebegin, jumps[k], rules, steps);
     scales.shortestStep = std::min(scales.shortestStep, *std::min_element(steps.begin(), steps.end()));
   }
@@ -69,7 +70,8 @@ class ExactMarch {
   ExactMarch(Experiment& e, CurveStore& s, const ReactionSet& set, const PotentialProgram& program)
       : s_(s), set_(set), program_(program), jumps_(JumpStarts(program)) {
     rules_ = ExactStepRules(set.fRT, LargestElectronNumber(set));
-    const ProgramScales scales = MeasureProgram(program, jumps_, rules_, Div(1.0, set.fRT * LargestElectronNumber(set)));
+    const ProgramScales scales =
+        MeasureProgram(program, jumps_, rules_, Div(1.0, set.fRT * LargestElectronNumber(set)));
     cell_ = MakeExactCell(e, set, scales);
     Ru_ = std::max(0.0, e.Ru.value());
   }

@@ -82,7 +82,8 @@ TEST(AccurateDigital, RandomInputsNeverBreakARun) {
     std::snprintf(text, sizeof text, "%.4g", std::pow(10.0, uniform(lo, hi)));
     return std::string(text);
   };
-  const char* mechanisms[][6] = {{"A", "B"}, {"A", "B", "B", "C"}, {"A", "B", "B", "C", "C", "D"}, {"A", "A"}, {"A", ""}};
+  const char* mechanisms[][6] = {
+      {"A", "B"}, {"A", "B", "B", "C"}, {"A", "B", "B", "C", "C", "D"}, {"A", "A"}, {"A", ""}};
   int withCurrent = 0, failed = 0;
   for (int run = 0; run < 200; ++run) {
     s.platform.messages.shown.clear();
@@ -96,11 +97,11 @@ TEST(AccurateDigital, RandomInputsNeverBreakARun) {
     s.wb.formIns().control("txtRu").setText(run % 4 ? "0" : decades(0, 4));
     // Box, exponents of 10 it is drawn between.
     const std::tuple<Control*, double, double> draws[] = {
-        {&s.wb.formIns().control("V"), -3, 1},        {&s.wb.formIns().control("tp"), -3, -1},
-        {&s.wb.formIns().control("radius"), -5, 0},   {&s.wb.formIns().control("leng"), -5, -1},
-        {&s.wb.formExpr().control("ks", 1), -6, 6},   {&s.wb.formExpr().control("kf", 1), -4, 8},
-        {&s.wb.formExpr().control("D", 1), -7, -4},   {&s.wb.formExpr().control("D", 2), -7, -4},
-        {&s.wb.formExpr().control("D", 3), -7, -4},   {&s.wb.formExpr().control("D", 4), -7, -4}};
+        {&s.wb.formIns().control("V"), -3, 1},      {&s.wb.formIns().control("tp"), -3, -1},
+        {&s.wb.formIns().control("radius"), -5, 0}, {&s.wb.formIns().control("leng"), -5, -1},
+        {&s.wb.formExpr().control("ks", 1), -6, 6}, {&s.wb.formExpr().control("kf", 1), -4, 8},
+        {&s.wb.formExpr().control("D", 1), -7, -4}, {&s.wb.formExpr().control("D", 2), -7, -4},
+        {&s.wb.formExpr().control("D", 3), -7, -4}, {&s.wb.formExpr().control("D", 4), -7, -4}};
     for (const auto& [box, lo, hi] : draws) box->setText(decades(lo, hi));
     ASSERT_TRUE(RunMenuCommand(s.wb, "mnuSimulate")) << run;
     for (const std::string& m : s.messages()) ASSERT_TRUE(KnownMessage(m)) << run << ": " << m;

@@ -185,8 +185,8 @@ std::vector<Row> PublishedRows() {
       {"irreversible peak 0.4958 nFAC(anFvD/RT)^1/2 (Nicholson & Shain 1964)", Irreversible, PeakCurrent,
        rs * 0.4958 / 0.4463 * std::sqrt(0.5), 0.01},
       {"irreversible Ep = E0 - RT/aF (0.780 + ln(D^1/2/k0) + ln(aFv/RT)^1/2) (Nicholson & Shain 1964)", Irreversible,
-       PeakPotential, -kRT / 0.5 * (0.780 + std::log(std::sqrt(1e-5) / 1e-5) + 0.5 * std::log(0.5 * 0.1 / kRT)),
-       0.0015, true},
+       PeakPotential, -kRT / 0.5 * (0.780 + std::log(std::sqrt(1e-5) / 1e-5) + 0.5 * std::log(0.5 * 0.1 / kRT)), 0.0015,
+       true},
       {"Cottrell nFAC(D/pi t)^1/2 at 1 ms (Cottrell 1903)", [](Exact& c) { PotentialStep(c, 1e-3); }, Last,
        kFC * std::sqrt(1e-5 / (kPi * 1e-3)), 0.005},
       {"Cottrell at 1 s (Cottrell 1903)", [](Exact& c) { PotentialStep(c, 1); }, Last, kFC * std::sqrt(1e-5 / kPi),
@@ -208,8 +208,8 @@ std::vector<Row> PublishedRows() {
        PeakPotential, kRT * (-0.780 + 0.5 * std::log(1e3 * kRT / 0.1)), 0.001, true},
       {"EC kinetic zone peak 0.4958 nFAC(nFvD/RT)^1/2 (Nicholson & Shain 1964)", KineticEC, PeakCurrent,
        rs * 0.4958 / 0.4463, 0.01},
-      {"CE kinetic current nFAC D^1/2 l exp(l2 t) erfc(l t^1/2), l = K(kf+kb)^1/2 (Koutecky & Brdicka 1947)",
-       Preceding, Last, kFC * std::sqrt(1e-5) * lambdaCE * std::exp(lambdaCE * lambdaCE) * std::erfc(lambdaCE), 0.01},
+      {"CE kinetic current nFAC D^1/2 l exp(l2 t) erfc(l t^1/2), l = K(kf+kb)^1/2 (Koutecky & Brdicka 1947)", Preceding,
+       Last, kFC * std::sqrt(1e-5) * lambdaCE * std::exp(lambdaCE * lambdaCE) * std::erfc(lambdaCE), 0.01},
       {"EC2 dimerisation: Ep moves RT ln10/3F = 19.7 mV per decade of v (Andrieux, Nadjo & Saveant 1970)",
        [](Exact& c) { Dimerising(c, 1); }, DimerShiftPerDecade, -std::log(10.0) * kRT / 3, 0.0005, true},
       {"differential pulse peak nFAC(D/pi tp)^1/2 (s-1)/(s+1), s = exp(nF|dE|/2RT) (Parry & Osteryoung 1965)",
@@ -234,11 +234,12 @@ std::vector<Row> PublishedRows() {
   };
   for (double r : {1e-4, 1e-3, 1e-2, 1e-1})
     for (int electrode : {2, 3})
-      rows.push_back({"step at a sphere (2) or hemisphere (3): nFDC (1/r + (pi D t)^-1/2) per area, the steady "
-                      "4 pi nFDCr plus the transient (Bard & Faulkner 2001), electrode " +
-                          std::to_string(electrode) + ", r " + std::to_string(r),
-                      [=](Exact& c) { CurvedStep(c, electrode, r, 10); }, Last,
-                      kFC * 1e-5 * (1 / r + 1 / std::sqrt(kPi * 1e-5 * 10)), 0.005});
+      rows.push_back(
+          {"step at a sphere (2) or hemisphere (3): nFDC (1/r + (pi D t)^-1/2) per area, the steady "
+           "4 pi nFDCr plus the transient (Bard & Faulkner 2001), electrode " +
+               std::to_string(electrode) + ", r " + std::to_string(r),
+           [=](Exact& c) { CurvedStep(c, electrode, r, 10); }, Last,
+           kFC * 1e-5 * (1 / r + 1 / std::sqrt(kPi * 1e-5 * 10)), 0.005});
   // Values of the exact integral for the cylinder (Szabo et al. 1987) at
   // Dt/r2 = 0.01, 1 and 100, evaluated to six digits.
   const double cylinder[][2] = {{0.01, 6.12891}, {1, 0.983771}, {100, 0.345560}};
@@ -246,8 +247,8 @@ std::vector<Row> PublishedRows() {
     for (int electrode : {5, 6})
       rows.push_back({"step at a cylinder (5) or hemicylinder (6): nFDC f(Dt/r2) / r (Szabo et al. 1987), electrode " +
                           std::to_string(electrode) + ", Dt/r2 " + std::to_string(tau),
-                      [=](Exact& c) { CurvedStep(c, electrode, 1e-3, tau * 1e-6 / 1e-5); }, Last,
-                      kFC * 1e-5 * f / 1e-3, 0.01});
+                      [=](Exact& c) { CurvedStep(c, electrode, 1e-3, tau * 1e-6 / 1e-5); }, Last, kFC * 1e-5 * f / 1e-3,
+                      0.01});
   return rows;
 }
 
@@ -298,8 +299,8 @@ double IntegralEquationSeparation(double psi) {
 // the integral equation's solution, so the simulation is held to the
 // solution within 0.2 mV and to the printed values within 2 mV.
 TEST(ExactDigital, PeakSeparationFollowsNicholson) {
-  const double table[][2] = {{20, 0.061},  {7, 0.063},   {6, 0.064},    {5, 0.065},   {4, 0.066},
-                             {3, 0.068},   {2, 0.072},   {1, 0.084},    {0.75, 0.092}, {0.5, 0.105},
+  const double table[][2] = {{20, 0.061},   {7, 0.063},    {6, 0.064},  {5, 0.065},    {4, 0.066},
+                             {3, 0.068},    {2, 0.072},    {1, 0.084},  {0.75, 0.092}, {0.5, 0.105},
                              {0.35, 0.121}, {0.25, 0.141}, {0.1, 0.212}};
   for (const auto& [psi, printed] : table) {
     Exact c;
