@@ -122,52 +122,66 @@ void SolveRows(const BlockTridiagonal& s, const BlockTridiagonal::Factor& f, con
 }
 
 // Without homogeneous reactions every block is diagonal and the species
-// are separate chains, coupled only by the surface row.
+// are separate chains, coupled only by the surface row. The products that
+// the two sweeps multiply by are formed here, so that each link of a chain
+// costs one multiply-add.
 void FactorDiagonal(const BlockTridiagonal& s, int n, const SpeciesMatrix& Q, BlockTridiagonal::Factor& f) {
   const int last = s.last();
-  f.Ginv.resize(static_cast<std::size_t>(last + 1) * n);
+  const std::size_t size = static_cast<std::size_t>(last + 1) * n;
+  f.Ginv.resize(size);
+  f.towards.resize(size);
+  f.away.resize(size);
   double* G = f.Ginv.data();
   for (int p = 0; p < n; ++p) G[last * n + p] = Div(1.0, s.M(last)[p * n + p]);
   for (int i = last - 1; i >= 1; --i)
     for (int p = 0; p < n; ++p)
       G[i * n + p] = Div(1.0, s.M(i)[p * n + p] - s.U(i, p) * G[(i + 1) * n + p] * s.L(i + 1, p));
+  for (int k = n; k < (last + 1) * n; ++k) {
+    f.towards[k] = k < last * n ? s.upper()[k] * G[k + n] : 0.0;
+    f.away[k] = G[k] * s.lower()[k];
+  }
   for (int p = 0; p < n; ++p)
     for (int q = 0; q < n; ++q) f.surfaceCoupling.a[p][q] = Q.a[p][q] * G[n + q];
 }
 
-void SolveDiagonal(const BlockTridiagonal& s, int n, const BlockTridiagonal::Factor& f, const SpeciesMatrix& P,
+template <int N>
+void SolveDiagonal(const BlockTridiagonal& s, const BlockTridiagonal::Factor& f, const SpeciesMatrix& P,
                    const SpeciesVector& sv, std::vector<double>& gv, std::vector<double>& cv) {
   const int last = s.last();
   const double* __restrict G = f.Ginv.data();
-  const double* __restrict L = s.lower();
-  const double* __restrict U = s.upper();
+  const double* __restrict towards = f.towards.data();
+  const double* __restrict away = f.away.data();
   const double* __restrict r = s.rhs();
   double* __restrict g = gv.data();
   double* __restrict c = cv.data();
-  for (int p = 0; p < n; ++p) g[last * n + p] = r[last * n + p];
-  for (int k = last * n - 1; k >= n; --k) g[k] = r[k] - U[k] * G[k + n] * g[k + n];
+  // Each chain's running value stays in a register from node to node.
+  double link[N];
+  for (int p = 0; p < N; ++p) link[p] = g[last * N + p] = r[last * N + p];
+  for (int i = last - 1; i >= 1; --i)
+    for (int p = 0; p < N; ++p) link[p] = g[i * N + p] = r[i * N + p] - towards[i * N + p] * link[p];
   SpeciesMatrix S = P;
   SpeciesVector rhs = sv;
   const SpeciesMatrix& T = f.surfaceCoupling;
-  for (int p = 0; p < n; ++p)
-    for (int q = 0; q < n; ++q) {
-      S.a[p][q] -= T.a[p][q] * L[n + q];
-      rhs.v[p] -= T.a[p][q] * g[n + q];
+  for (int p = 0; p < N; ++p)
+    for (int q = 0; q < N; ++q) {
+      S.a[p][q] -= T.a[p][q] * s.L(1, q);
+      rhs.v[p] -= T.a[p][q] * g[N + q];
     }
-  InvertInPlace(S, n);
-  for (int p = 0; p < n; ++p) {
+  InvertInPlace(S, N);
+  double all[N];
+  for (int p = 0; p < N; ++p) {
     double sum = 0;
-    for (int q = 0; q < n; ++q) sum += S.a[p][q] * rhs.v[q];
-    c[p] = sum;
+    for (int q = 0; q < N; ++q) sum += S.a[p][q] * rhs.v[q];
+    link[p] = c[p] = all[p] = sum;
   }
-  double all = 0;
-  for (int k = 0; k < n; ++k) all += c[k];
-  for (int k = n; k < n * (last + 1); ++k) {
-    c[k] = G[k] * (g[k] - L[k] * c[k - n]);
-    all += c[k];
-  }
-  // A NaN or an infinity anywhere reaches the sum.
-  Checked(all);
+  for (int i = 1; i <= last; ++i)
+    for (int p = 0; p < N; ++p) {
+      const int k = i * N + p;
+      link[p] = c[k] = G[k] * g[k] - away[k] * link[p];
+      all[p] += link[p];
+    }
+  // A NaN or an infinity anywhere reaches the sums.
+  for (int p = 0; p < N; ++p) Checked(all[p]);
 }
 
 }  // namespace
@@ -213,7 +227,16 @@ void BlockTridiagonal::factor(const SpeciesMatrix& Q, Factor& f) const {
 
 void BlockTridiagonal::solve(const Factor& f, const SpeciesMatrix& P, const SpeciesVector& s,
                              std::vector<double>& c) const {
-  if (diagonal) return SolveDiagonal(*this, n_, f, P, s, g_, c);
+  if (diagonal) {
+    switch (n_) {
+      case 1: return SolveDiagonal<1>(*this, f, P, s, g_, c);
+      case 2: return SolveDiagonal<2>(*this, f, P, s, g_, c);
+      case 3: return SolveDiagonal<3>(*this, f, P, s, g_, c);
+      case 4: return SolveDiagonal<4>(*this, f, P, s, g_, c);
+      case 5: return SolveDiagonal<5>(*this, f, P, s, g_, c);
+      default: return SolveDiagonal<6>(*this, f, P, s, g_, c);
+    }
+  }
   switch (n_) {
     case 1: return SolveRows<1>(*this, f, P, s, g_, c);
     case 2: return SolveRows<2>(*this, f, P, s, g_, c);

@@ -52,8 +52,9 @@ class BlockTridiagonal {
   // blocks stay the same may keep it and solve again with other surface rows
   // and right-hand sides.
   struct Factor {
-    std::vector<double> Ginv;       // inverse of the reduced block of each row
-    SpeciesMatrix surfaceCoupling;  // Q Ginv(1), for the Q the factor was made with
+    std::vector<double> Ginv;           // inverse of the reduced block of each row
+    std::vector<double> towards, away;  // diagonal blocks: U Ginv(i+1) and Ginv L of each row
+    SpeciesMatrix surfaceCoupling;      // Q Ginv(1), for the Q the factor was made with
   };
   void factor(const SpeciesMatrix& Q, Factor& f) const;
 
