@@ -244,11 +244,12 @@ std::vector<Row> PublishedRows() {
   // Dt/r2 = 0.01, 1 and 100, evaluated to six digits.
   const double cylinder[][2] = {{0.01, 6.12891}, {1, 0.983771}, {100, 0.345560}};
   for (const auto& [tau, f] : cylinder)
-    for (int electrode : {5, 6})
+    for (int electrode : {5, 6}) {
+      const double td = tau * 1e-6 / 1e-5;  // r = 10 um
       rows.push_back({"step at a cylinder (5) or hemicylinder (6): nFDC f(Dt/r2) / r (Szabo et al. 1987), electrode " +
                           std::to_string(electrode) + ", Dt/r2 " + std::to_string(tau),
-                      [=](Exact& c) { CurvedStep(c, electrode, 1e-3, tau * 1e-6 / 1e-5); }, Last, kFC * 1e-5 * f / 1e-3,
-                      0.01});
+                      [=](Exact& c) { CurvedStep(c, electrode, 1e-3, td); }, Last, kFC * 1e-5 * f / 1e-3, 0.01});
+    }
   return rows;
 }
 
