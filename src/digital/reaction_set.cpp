@@ -83,21 +83,24 @@ void ReadChemical(const Experiment& e, ReactionSet& set) {
 // product of the concentrations standing on it.
 double SideProduct(const double* c, int x, int y) { return (x ? c[x] : 1.0) * (y ? c[y] : 1.0); }
 
+// d(net)/d(c of `place`) = `slope`: it is lost from the left side and
+// gained on the right.
+void AddSlope(const ChemicalStep& s, int place, double slope, double (*jac)[kMaxSpecies + 1]) {
+  for (int x : {s.a, s.b})
+    if (x) jac[x][place] -= slope;
+  for (int x : {s.c, s.d})
+    if (x) jac[x][place] += slope;
+}
+
 void AddStep(const ChemicalStep& s, const double* c, double* rate, double (*jac)[kMaxSpecies + 1]) {
   const double net = s.kf * SideProduct(c, s.a, s.b) - s.kb * SideProduct(c, s.c, s.d);
   for (int x : {s.a, s.b}) if (x) rate[x] -= net;
   for (int x : {s.c, s.d}) if (x) rate[x] += net;
   if (!jac) return;
-  double dnet[kMaxSpecies + 1] = {};
-  if (s.a) dnet[s.a] += s.kf * (s.b ? c[s.b] : 1.0);
-  if (s.b) dnet[s.b] += s.kf * (s.a ? c[s.a] : 1.0);
-  if (s.c) dnet[s.c] -= s.kb * (s.d ? c[s.d] : 1.0);
-  if (s.d) dnet[s.d] -= s.kb * (s.c ? c[s.c] : 1.0);
-  for (int j = 1; j <= kMaxSpecies; ++j) {
-    if (dnet[j] == 0) continue;
-    for (int x : {s.a, s.b}) if (x) jac[x][j] -= dnet[j];
-    for (int x : {s.c, s.d}) if (x) jac[x][j] += dnet[j];
-  }
+  if (s.a) AddSlope(s, s.a, s.kf * (s.b ? c[s.b] : 1.0), jac);
+  if (s.b) AddSlope(s, s.b, s.kf * (s.a ? c[s.a] : 1.0), jac);
+  if (s.c) AddSlope(s, s.c, -s.kb * (s.d ? c[s.d] : 1.0), jac);
+  if (s.d) AddSlope(s, s.d, -s.kb * (s.c ? c[s.c] : 1.0), jac);
 }
 
 }  // namespace
@@ -117,10 +120,11 @@ ElectrodeRates RatesAt(const ChargeStep& step, double fRT, double E) {
 }
 
 void HomogeneousRates(const ReactionSet& set, const double* c, double* rate, double (*jac)[kMaxSpecies + 1]) {
-  for (int i = 0; i <= kMaxSpecies; ++i) {
+  const int n = std::min(set.species, kMaxSpecies);
+  for (int i = 0; i <= n; ++i) {
     rate[i] = 0;
     if (jac)
-      for (int j = 0; j <= kMaxSpecies; ++j) jac[i][j] = 0;
+      for (int j = 0; j <= n; ++j) jac[i][j] = 0;
   }
   for (const ChemicalStep& s : set.chemical) AddStep(s, c, rate, jac);
 }

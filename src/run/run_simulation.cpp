@@ -3,6 +3,7 @@
 #include "analytic/constants.h"
 #include "analytic/exact_run.h"
 #include "analytic/run_steps.h"
+#include "digital/exact_run.h"
 #include "digital/run_digital.h"
 #include "model/checked.h"
 #include "ui/commit.h"
@@ -34,7 +35,10 @@ void RunSteps(Workbench& wb) {
   BuildPotentialGrid(e, s.XData);
   ClearSimulatedRows(e, s.YSim);
   if (e.Digital) {
-    RunDigital(e, s, wb.platform.messages);
+    if (e.Accurate)
+      RunExactDigital(e, s, wb.platform.messages);
+    else
+      RunDigital(e, s, wb.platform.messages);
     SumReactionRows(e, s.YSim);
   } else if (e.Accurate) {
     FillExactReactionRows(e, s.XData, s.YSim, currentScale);

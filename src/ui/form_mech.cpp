@@ -7,6 +7,15 @@
 
 namespace voltrix {
 
+namespace {
+
+// Thin film and rotating disk have a digital model only on the exact path.
+void EnableFilmAndDisk(Workbench& wb, bool digital, bool accurate) {
+  for (int i : {7, 8}) wb.formIns().control("optElectrode", i).enabled(!digital || accurate);
+}
+
+}  // namespace
+
 FormMech::FormMech(Workbench& wb) : Form("FormMech", "Mechanism", {0, 0, 7215, 5400}), wb_(wb) {
   add(ControlKind::CheckBox, "CheckDigital").initialCaption("Digital simulation").initialValue(1).place(4680, 120, 1815, 255);
   // Below the mechanism list, clear of both frames and the OK button.
@@ -22,6 +31,9 @@ FormMech::FormMech(Workbench& wb) : Form("FormMech", "Mechanism", {0, 0, 7215, 5
     hide();
   };
   control("CheckDigital").onClick = [this] { switchMode(); };
+  control("CheckAccurate").onClick = [this] {
+    EnableFilmAndDisk(wb_, control("CheckDigital").checked(), control("CheckAccurate").checked());
+  };
   // Form load: every electron number on its first item.
   for (int r = 1; r <= 3; ++r) control("NEL", r).setListIndex(0);
 }
@@ -132,8 +144,7 @@ void FormMech::switchMode() {
   wb_.experiment.Digital = digital;
   FormIns& ins = wb_.formIns();
   ins.control("txtRu").enabled(digital);
-  ins.control("optElectrode", 7).enabled(!digital);
-  ins.control("optElectrode", 8).enabled(!digital);
+  EnableFilmAndDisk(wb_, digital, control("CheckAccurate").checked());
   typed.visible(digital);
 }
 
