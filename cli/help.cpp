@@ -5,6 +5,7 @@
 
 #include "cli.h"
 #include "control_notes.h"
+#include "fit/parameter_slots.h"
 #include "ui/form_expr.h"
 #include "ui/main_form.h"
 
@@ -139,6 +140,9 @@ SlotMeaning MeaningOf(Workbench& wb, int slot) {
     if (slot <= 12) return {"alph(" + std::to_string(r) + ")", "transfer coefficient of " + reaction, ""};
     return {"Eze(" + std::to_string(r) + ")", "standard potential of " + reaction, "V"};
   }
+  if (slot == kDiffusionSlot)
+    return {"D(1)", "diffusion coefficient of species " + x.control("specie", 1).caption() +
+                        "; the others keep their ratio to it", "cm2/s"};
   const int q = (slot - 16) % 4 + 1;
   const std::string reaction = ReactionName("chemical reaction ", q, x.control("homo", q).caption());
   const char* unit = "1/s";
@@ -206,7 +210,7 @@ std::string Cli::helpFit() {
     << "FormExpr.TextCmin(i) and FormExpr.TextCmax(i)\n";
   h << "  " << Padded("slot", 17) << Padded("field", 9) << Padded("unit", 12) << Padded("fitted", 8)
     << Padded("min", 10) << Padded("max", 10) << "parameter\n";
-  for (int slot = 1; slot <= 23; ++slot) {
+  for (int slot = 1; slot <= kFitSlots; ++slot) {
     const SlotMeaning m = MeaningOf(wb_, slot);
     const Control& box = x.control("CheckFitted", slot);
     h << "  " << Padded("CheckFitted(" + std::to_string(slot) + ")", 17) << Padded(m.field, 9) << Padded(m.unit, 12)
