@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "app/fit_set_file.h"
 #include "cli.h"
-#include "files/curve_file.h"
 #include "fit/global_fit.h"
 #include "model/fit_progress.h"
 #include "model/number_format.h"
@@ -109,17 +109,14 @@ void AddToSet(Cli& cli, SetCurve curve) {
   set.push_back(std::move(curve));
 }
 
-SetCurve ReadSetCurve(const std::string& file) {
-  std::ifstream in(file, std::ios::binary);
-  if (!in) throw StatementError("fitset add: cannot read " + file);
-  auto store = std::make_unique<CurveStore>();
-  const CurveReadResult read = ReadCurve(in, *store, 1);
-  if (!read.ok) throw StatementError("fitset add: " + file + ": " + read.description);
-  SetCurve c;
-  c.name = file;
-  c.x.assign(store->XData.data(), store->XData.data() + read.points + 1);
-  c.y.assign(store->YData.row(1), store->YData.row(1) + read.points + 1);
-  return c;
+// Read as "&Import Data..." reads it: an instrument file brings its own
+// settings, which those typed after it override.
+SetCurve ReadSetCurve(Cli& cli, const std::string& file) {
+  try {
+    return ReadSetCurveFile(cli.workbench(), file);
+  } catch (const RunError& err) {
+    throw StatementError("fitset add: " + file + ": " + err.description());
+  }
 }
 
 SetCurve PlottedRow(Cli& cli, const std::string& word) {
@@ -180,8 +177,8 @@ void FitSetStatement(Cli& cli, const std::string& rest) {
   const std::vector<std::string> words = Words(rest);
   const std::string verb = words.empty() ? std::string() : words[0];
   if ((verb == "add" || verb == "row") && words.size() >= 2) {
-    SetCurve c = verb == "add" ? ReadSetCurve(words[1]) : PlottedRow(cli, words[1]);
-    c.settings = ParseSettings(words, 2);
+    SetCurve c = verb == "add" ? ReadSetCurve(cli, words[1]) : PlottedRow(cli, words[1]);
+    for (FormSetting& typed : ParseSettings(words, 2)) c.settings.push_back(std::move(typed));
     return AddToSet(cli, std::move(c));
   }
   if (verb == "list" && words.size() == 1) return ListSet(cli);

@@ -56,6 +56,20 @@ TEST(FitStatements, AGlobalFitOfAFileAndARowReturnsTheirValues) {
   EXPECT_TRUE(Has(r.out.substr(r.out.rfind("Least square = ")), "\nUncertainty\nParameter"));
 }
 
+// An instrument file joins the set with the settings its header states
+// (hand-written fixture: a cycle from 0.3 to -0.1 V at 0.05 V/s on 0.5 cm2),
+// and a setting typed after the file wins.
+TEST(FitStatements, AnInstrumentFileBringsItsOwnSettings) {
+  const std::string dta =
+      (std::filesystem::path(__FILE__).parent_path().parent_path() / "files" / "fixtures" / "gamry_cv.DTA").string();
+  const auto r = RunCli({"fitset add " + dta + " FormIns.ARE=2", "fitset list"});
+  ASSERT_EQ(r.status, 0) << r.err;
+  const std::string line = Line(r.out, "1  " + dta);
+  for (const char* setting : {"FormIns.Eend=-0.1", "FormIns.Estep=0.1", "FormIns.ComboScan=cycle", "FormIns.V=0.05",
+                              "FormIns.ARE=0.5  FormIns.ARE=2"})
+    EXPECT_TRUE(Has(line, setting)) << setting << " in " << line;
+}
+
 TEST(FitStatements, RefuseWhatCannotBeDoneAndSaySo) {
   struct Case {
     std::vector<std::string> statements;
@@ -63,7 +77,8 @@ TEST(FitStatements, RefuseWhatCannotBeDoneAndSaySo) {
     std::string err;
   };
   const Case cases[] = {
-      {{"fitset add /nonexistent/curve.csv"}, 2, "voltrix-cli: fitset add: cannot read /nonexistent/curve.csv\n"},
+      {{"fitset add /nonexistent/curve.csv"}, 2,
+       "voltrix-cli: fitset add: /nonexistent/curve.csv: ReadData Error: File not found\n"},
       {{"menu mnuSimulate", "fitset row 1 FormIns.Nope=1"}, 2, "voltrix-cli: fitset: There is no control FormIns.Nope\n"},
       {{"menu mnuSimulate", "fitset row 3"}, 2, "voltrix-cli: fitset row: no plotted row 3\n"},
       {{"fitset fly"}, 2, "voltrix-cli: unknown statement \"fitset fly\"\n"},
