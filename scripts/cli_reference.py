@@ -110,6 +110,15 @@ PICTURES = {
                              'set FormExpr.CheckFitted(1)=0', 'set FormExpr.CheckFitted(13)=1',
                              'set FormExpr.CheckFitted(14)=1', 'set FormExpr.Eze(2)=-0.05',
                              'set FormExpr.TextCmin(14)=-0.2', 'menu mnuAutoSeparate'],
+    'classic-accurate.png': ['click FormMech.CheckDigital', 'set FormIns.ComboScan=cycle', 'set FormIns.V=0.1',
+                             'set FormIns.Estep=0.001', 'menu mnuSimulate', 'set formOption.overlap=1',
+                             'click formOption.cmdOK', 'set FormMech.CheckAccurate=1', 'menu mnuSimulate'],
+    'imported-fit.png': ['click FormMech.CheckDigital', 'set FormMech.CheckAccurate=1',
+                         'import {root}/docs/guide/measured-cv.csv', 'set FormIns.V=0.1',
+                         'set FormExpr.CheckFitted(1)=0', 'set FormExpr.CheckFitted(7)=1',
+                         'set FormExpr.CheckFitted(13)=1', 'set FormExpr.ks(1)=0.05', 'set FormExpr.Eze(1)=0',
+                         'set FormExpr.TextCmin(7)=1e-4', 'set FormExpr.TextCmax(7)=1', 'set FormExpr.TextStarts=8',
+                         'menu mnuAutoFit'],
 }
 
 
@@ -118,7 +127,7 @@ def pictures(path):
     os.makedirs(folder, exist_ok=True)
     with tempfile.TemporaryDirectory() as work:
         for name, statements in PICTURES.items():
-            steps = [s.replace('{dir}', work) for s in statements]
+            steps = [s.replace('{dir}', work).replace('{root}', ROOT) for s in statements]
             cli(path, *(steps + ['plot ' + os.path.join(folder, name)]))
 
 
