@@ -1,10 +1,112 @@
-#include "model/errors.h"
+// The microdisc cell: the disc problem advanced by backward Euler steps with
+// Richardson extrapolation (one step against two half steps), which is
+// second order, damps the stiff edge and the potential jumps of pulses, and
+// measures its own error: a step whose two answers differ by more than the
+// tolerance at the surface is halved, and the step grows again once they
+// agree well.
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+#include "digital/microdisc_problem.h"
+#include "digital/microdisc_stepper.h"
 #include "digital/transport_cell.h"
+#include "model/checked.h"
+#include "model/errors.h"
 
 namespace voltrix {
 
-std::unique_ptr<TransportCell> MakeMicrodiscCell(const Experiment&, const ReactionSet&, const CellTiming&) {
-  Raise(ErrorKind::InvalidOperation, "The exact microdisc is not available yet");
+namespace {
+
+constexpr double kStepTolerance = 1e-3;  // of the concentration and current scales
+constexpr int kDeepestHalving = 40;
+
+// A timing left out is taken from what is given, or from the disc's own
+// diffusion time.
+CellTiming CompleteTiming(const ReactionSet& set, double radius, CellTiming timing) {
+  const double discTime = Div(radius * radius, set.D[1]);
+  if (!(timing.totalTime > 0)) timing.totalTime = timing.shortestStep > 0 ? 1000 * timing.shortestStep : 1000 * discTime;
+  if (!(timing.shortestStep > 0)) timing.shortestStep = timing.totalTime / 1000;
+  timing.shortestStep = std::min(timing.shortestStep, timing.totalTime);
+  return timing;
+}
+
+class MicrodiscCell final : public TransportCell {
+ public:
+  MicrodiscCell(const ReactionSet& set, double radius, const CellTiming& timing)
+      : problem_(set, radius, CompleteTiming(set, radius, timing)), stepper_(problem_) {
+    for (std::vector<double>* state : {&accepted_, &trial_, &coarse_, &half_, &fine_})
+      state->assign(problem_.stateSize(), 0);
+    renew();
+  }
+
+  void renew() override {
+    problem_.fillBulk(accepted_.data());
+    trial_ = accepted_;
+    acceptedDepth_ = trialDepth_ = 0;
+  }
+
+  CellCurrents trial(double Ebegin, double Eend, double dt) override {
+    trial_ = accepted_;
+    trialDepth_ = acceptedDepth_;
+    if (dt > 0) march(Ebegin, Eend, dt);
+    return problem_.currents(trial_.data(), problem_.ratesAt(Eend));
+  }
+
+  void accept() override {
+    accepted_ = trial_;
+    acceptedDepth_ = trialDepth_;
+  }
+
+  double surfaceConcentration(int species) const override { return problem_.surfaceAverage(accepted_.data(), species); }
+
+ private:
+  // Positions within a step count in units of its 2^-kDeepestHalving part.
+  static constexpr std::uint64_t kWhole = std::uint64_t{1} << (kDeepestHalving + 1);
+
+  void march(double Ebegin, double Eend, double dt) {
+    auto potential = [&](std::uint64_t at) { return Ebegin + (Eend - Ebegin) * (static_cast<double>(at) / kWhole); };
+    std::uint64_t at = 0;
+    int depth = trialDepth_;
+    while (at < kWhole) {
+      const std::uint64_t span = kWhole >> depth;
+      const double h = std::ldexp(dt, -depth);
+      const double Estop = potential(at + span);
+      stepper_.step(trial_.data(), h, Estop, coarse_.data());
+      stepper_.step(trial_.data(), h / 2, potential(at + span / 2), half_.data());
+      stepper_.step(half_.data(), h / 2, Estop, fine_.data());
+      const double error = problem_.surfaceDifference(fine_.data(), coarse_.data(), problem_.ratesAt(Estop));
+      const double allowed = kStepTolerance * std::sqrt(static_cast<double>(kWhole) / static_cast<double>(at + span));
+      if (error > allowed && depth < kDeepestHalving) {
+        depth = std::min(kDeepestHalving, depth + std::max(1, static_cast<int>(std::ceil(std::log2(error / allowed)))));
+        continue;
+      }
+      for (std::size_t p = 0; p < trial_.size(); ++p) trial_[p] = 2 * fine_[p] - coarse_[p];
+      at += span;
+      // The error of backward Euler grows as h^2: double while the longer
+      // step is expected to stay well inside the tolerance.
+      for (double expected = 4 * error; depth > 0 && expected < allowed / 2; expected *= 4) {
+        if (at % (kWhole >> (depth - 1)) != 0) break;
+        --depth;
+      }
+    }
+    trialDepth_ = depth;
+  }
+
+  MicrodiscProblem problem_;
+  MicrodiscStepper stepper_;
+  std::vector<double> accepted_, trial_, coarse_, half_, fine_;
+  int acceptedDepth_ = 0, trialDepth_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<TransportCell> MakeMicrodiscCell(const Experiment& e, const ReactionSet& set,
+                                                 const CellTiming& timing) {
+  const double radius = e.radius.value();
+  if (!(radius > 0)) Raise(ErrorKind::InvalidArgument, "The microdisc needs a radius above 0");
+  return std::make_unique<MicrodiscCell>(set, radius, timing);
 }
 
 }  // namespace voltrix
