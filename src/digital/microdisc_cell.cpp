@@ -2,8 +2,10 @@
 // Richardson extrapolation (one step against two half steps), which is
 // second order, damps the stiff edge and the potential jumps of pulses, and
 // measures its own error: a step whose two answers differ by more than the
-// tolerance at the surface is halved, and the step grows again once they
-// agree well.
+// tolerance at the surface is divided in powers of two, so that the
+// eliminated blocks of each length serve again, and grows back once they
+// agree well. The current is that of a disc of the experiment's radius; the
+// area the form shows is only its rounded pi r^2.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -66,32 +68,51 @@ class MicrodiscCell final : public TransportCell {
   static constexpr std::uint64_t kWhole = std::uint64_t{1} << (kDeepestHalving + 1);
 
   void march(double Ebegin, double Eend, double dt) {
-    auto potential = [&](std::uint64_t at) { return Ebegin + (Eend - Ebegin) * (static_cast<double>(at) / kWhole); };
     std::uint64_t at = 0;
     int depth = trialDepth_;
     while (at < kWhole) {
       const std::uint64_t span = kWhole >> depth;
-      const double h = std::ldexp(dt, -depth);
-      const double Estop = potential(at + span);
-      stepper_.step(trial_.data(), h, Estop, coarse_.data());
-      stepper_.step(trial_.data(), h / 2, potential(at + span / 2), half_.data());
-      stepper_.step(half_.data(), h / 2, Estop, fine_.data());
-      const double error = problem_.surfaceDifference(fine_.data(), coarse_.data(), problem_.ratesAt(Estop));
-      const double allowed = kStepTolerance * std::sqrt(static_cast<double>(kWhole) / static_cast<double>(at + span));
+      const double error = stepTwice(Ebegin, Eend, dt, at, depth);
+      const double allowed = Allowed(at + span);
       if (error > allowed && depth < kDeepestHalving) {
         depth = std::min(kDeepestHalving, depth + std::max(1, static_cast<int>(std::ceil(std::log2(error / allowed)))));
         continue;
       }
       for (std::size_t p = 0; p < trial_.size(); ++p) trial_[p] = 2 * fine_[p] - coarse_[p];
       at += span;
-      // The error of backward Euler grows as h^2: double while the longer
-      // step is expected to stay well inside the tolerance.
-      for (double expected = 4 * error; depth > 0 && expected < allowed / 2; expected *= 4) {
-        if (at % (kWhole >> (depth - 1)) != 0) break;
-        --depth;
-      }
+      depth = Widened(depth, at, error, allowed);
     }
     trialDepth_ = depth;
+  }
+
+  // One step of the given depth from `at` and two half steps; returns how
+  // far the two answers differ at the surface.
+  double stepTwice(double Ebegin, double Eend, double dt, std::uint64_t at, int depth) {
+    const std::uint64_t span = kWhole >> depth;
+    auto potential = [&](std::uint64_t t) { return Ebegin + (Eend - Ebegin) * (static_cast<double>(t) / kWhole); };
+    const double h = std::ldexp(dt, -depth), Estop = potential(at + span);
+    stepper_.step(trial_.data(), h, Estop, coarse_.data());
+    stepper_.step(trial_.data(), h / 2, potential(at + span / 2), half_.data());
+    stepper_.step(half_.data(), h / 2, Estop, fine_.data());
+    return problem_.surfaceDifference(fine_.data(), coarse_.data(), problem_.ratesAt(Estop));
+  }
+
+  // An error made early in a step, as just after a potential jump, has
+  // faded by its end: the tolerance widens as the square root of the
+  // share of the step still to come.
+  static double Allowed(std::uint64_t reached) {
+    return kStepTolerance * std::sqrt(static_cast<double>(kWhole) / static_cast<double>(reached));
+  }
+
+  // The error of backward Euler grows as h^2: the step doubles while the
+  // longer one is expected to stay well inside the tolerance and starts on
+  // its own grid.
+  static int Widened(int depth, std::uint64_t at, double error, double allowed) {
+    for (double expected = 4 * error; depth > 0 && expected < allowed / 2; expected *= 4) {
+      if (at % (kWhole >> (depth - 1)) != 0) break;
+      --depth;
+    }
+    return depth;
   }
 
   MicrodiscProblem problem_;
