@@ -23,6 +23,7 @@ namespace {
 
 constexpr double kStepTolerance = 1e-3;  // of the concentration and current scales
 constexpr int kDeepestHalving = 40;
+constexpr int kMostAttempts = 5000;   // per step: beyond it the run is beyond help
 
 // A timing left out is taken from what is given, or from the disc's own
 // diffusion time.
@@ -70,7 +71,9 @@ class MicrodiscCell final : public TransportCell {
   void march(double Ebegin, double Eend, double dt) {
     std::uint64_t at = 0;
     int depth = trialDepth_;
-    while (at < kWhole) {
+    for (int attempt = 1; at < kWhole; ++attempt) {
+      if (attempt > kMostAttempts)
+        Raise(ErrorKind::InvalidOperation, "The microdisc simulation needs too many time steps");
       const std::uint64_t span = kWhole >> depth;
       const double error = stepTwice(Ebegin, Eend, dt, at, depth);
       const double allowed = Allowed(at + span);

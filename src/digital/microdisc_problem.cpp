@@ -12,6 +12,9 @@ namespace {
 constexpr double kFaraday = 96484.6;
 constexpr double kPi = 3.141592654;
 constexpr double kPerLitre = 0.001;  // mol/L to mol/cm^3
+// An electron transfer this many times faster than diffusion across the
+// first row of cells is at equilibrium.
+constexpr double kReversibleBeyond = 1e8;
 
 int Root(const int* parent, int s) {
   while (parent[s] != s) s = parent[s];
@@ -124,6 +127,7 @@ void MicrodiscProblem::setScales() {
   currentScale_ = 4 * kFaraday * fastest * concentrationScale_ * kPerLitre * radius_;
   for (std::size_t r = 0; r < set_.charge.size(); ++r)
     chargeFactor_[r] = set_.charge[r].n * kFaraday * 2 * kPi * radius_ * radius_ * kPerLitre;
+  fastestTransfer_ = kReversibleBeyond * fastest / (radius_ * grid_.phi[1]);
 }
 
 std::size_t MicrodiscProblem::index(int species, int i, int j) const {
@@ -145,7 +149,17 @@ void MicrodiscProblem::fillBulk(double* c) const {
 
 ChargeRates MicrodiscProblem::ratesAt(double E) const {
   ChargeRates rates;
-  for (std::size_t r = 0; r < set_.charge.size(); ++r) rates.reaction[r] = RatesAt(set_.charge[r], set_.fRT, E);
+  for (std::size_t r = 0; r < set_.charge.size(); ++r) {
+    ElectrodeRates& k = rates.reaction[r];
+    k = RatesAt(set_.charge[r], set_.fRT, E);
+    // Far beyond transport only the ratio of the two counts (Nernst), and
+    // larger constants would drown the net rate in rounding.
+    const double larger = std::max(k.kred, k.kox);
+    if (larger > fastestTransfer_) {
+      k.kred *= fastestTransfer_ / larger;
+      k.kox *= fastestTransfer_ / larger;
+    }
+  }
   return rates;
 }
 

@@ -80,6 +80,7 @@ class MicrodiscProblem {
   int surfaceSize_ = 0;
   double concentrationScale_ = 0;
   double currentScale_ = 0;
+  double fastestTransfer_ = 0;  // cm/s
   double chargeFactor_[kMaxCharge] = {};  // n F 2 pi a^2 / 1000: A per (cm/s mol/L) of disc weight
 };
 

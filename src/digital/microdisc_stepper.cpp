@@ -15,7 +15,7 @@ constexpr std::size_t kLevelBudgetBytes = 32u << 20;
 constexpr std::size_t kMostLevels = 128;
 constexpr double kNewtonTolerance = 1e-9;  // of the concentration scale
 constexpr double kSlowNewton = 0.1;         // contraction beyond which the factors are refreshed
-constexpr int kNewtonPasses = 60;
+constexpr int kNewtonPasses = 30;
 
 }  // namespace
 
@@ -138,9 +138,11 @@ double MicrodiscStepper::applyCorrection(double* out) const {
   for (std::size_t g = 0; g < classOf_.size(); ++g) {
     const std::size_t base = problem_.groupBase(static_cast<int>(g));
     const std::size_t count = static_cast<std::size_t>(rows) * columns * problem_.groups()[g].size;
+    const bool clip = problem_.nonlinear(static_cast<int>(g));
     for (std::size_t p = base; p < base + count; ++p) {
-      out[p] += correction_[p];
-      largest = std::max(largest, std::fabs(correction_[p]));
+      const double next = clip ? std::max(out[p] + correction_[p], 0.0) : out[p] + correction_[p];
+      largest = std::max(largest, std::fabs(next - out[p]));
+      out[p] = next;
     }
   }
   if (!std::isfinite(largest)) Raise(ErrorKind::Overflow);
