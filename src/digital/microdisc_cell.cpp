@@ -38,7 +38,7 @@ CellTiming CompleteTiming(const ReactionSet& set, double radius, CellTiming timi
 class MicrodiscCell final : public TransportCell {
  public:
   MicrodiscCell(const ReactionSet& set, double radius, const CellTiming& timing)
-      : problem_(set, radius, CompleteTiming(set, radius, timing)), stepper_(problem_) {
+      : problem_(set, radius, CompleteTiming(set, radius, timing)), stepper_(problem_), species_(set.species) {
     for (std::vector<double>* state : {&accepted_, &trial_, &coarse_, &half_, &fine_})
       state->assign(problem_.stateSize(), 0);
     renew();
@@ -62,7 +62,10 @@ class MicrodiscCell final : public TransportCell {
     acceptedDepth_ = trialDepth_;
   }
 
-  double surfaceConcentration(int species) const override { return problem_.surfaceAverage(accepted_.data(), species); }
+  double surfaceConcentration(int species) const override {
+    if (species < 1 || species > species_) Raise(ErrorKind::SubscriptOutOfRange);
+    return problem_.surfaceAverage(accepted_.data(), species);
+  }
 
  private:
   // Positions within a step count in units of its 2^-kDeepestHalving part.
@@ -120,6 +123,7 @@ class MicrodiscCell final : public TransportCell {
 
   MicrodiscProblem problem_;
   MicrodiscStepper stepper_;
+  int species_ = 0;
   std::vector<double> accepted_, trial_, coarse_, half_, fine_;
   int acceptedDepth_ = 0, trialDepth_ = 0;
 };

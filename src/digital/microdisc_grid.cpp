@@ -15,7 +15,7 @@ constexpr double kPhiPerFarLayer = 0.2;  // last phi step times the widest layer
 constexpr double kThetaPerRootLayer = 0.25;  // near the edge the layer scales as its square root
 constexpr double kThetaGrowth = 1.2;
 constexpr double kThetaWidest = 0.1;
-constexpr double kFinestStep = 1e-7;
+constexpr double kThinnestLayer = 1e-7;
 
 double Cube(double x) { return x * x * x; }
 
@@ -95,7 +95,7 @@ std::vector<double> GradedBothWays(double first, double last, double growth, dou
 }
 
 MicrodiscGrid LayOutMicrodiscGrid(double finestLayer, double widestLayer) {
-  const double layer = std::max(finestLayer, kFinestStep);
+  const double layer = std::max(finestLayer, kThinnestLayer);
   MicrodiscGrid g;
   // Far out, xi ~ 1 / (pi/2 - phi): steps near infinity shrink as the
   // diffusion field reaches further.

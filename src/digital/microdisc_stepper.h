@@ -4,7 +4,8 @@
 // gives way when the memory budget is spent); per step only the surface
 // system, where the potential enters, is factored afresh. Second-order
 // steps are solved by Newton's method on the kept factors (a chord
-// iteration), refreshed at the current iterate when it slows down.
+// iteration), refreshed at the current iterate when it slows down; an
+// iterate that goes negative on the way is set to 0.
 #include <cstdint>
 #include <vector>
 
