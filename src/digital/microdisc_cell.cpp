@@ -1,10 +1,140 @@
-#include "model/errors.h"
+// The microdisc cell: the disc problem advanced by backward Euler steps with
+// Richardson extrapolation (one step against two half steps), which is
+// second order, damps the stiff edge and the potential jumps of pulses, and
+// measures its own error: a step whose two answers differ by more than the
+// tolerance at the surface is divided in powers of two, so that the
+// eliminated blocks of each length serve again, and grows back once they
+// agree well. The current is that of a disc of the experiment's radius; the
+// area the form shows is only its rounded pi r^2.
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+#include "digital/microdisc_problem.h"
+#include "digital/microdisc_stepper.h"
 #include "digital/transport_cell.h"
+#include "model/checked.h"
+#include "model/errors.h"
 
 namespace voltrix {
 
-std::unique_ptr<TransportCell> MakeMicrodiscCell(const Experiment&, const ReactionSet&, const CellTiming&) {
-  Raise(ErrorKind::InvalidOperation, "The exact microdisc is not available yet");
+namespace {
+
+constexpr double kStepTolerance = 1e-3;  // of the concentration and current scales
+constexpr int kDeepestHalving = 40;
+constexpr int kMostAttempts = 5000;   // per step: beyond it the run is beyond help
+
+// A timing left out is taken from what is given, or from the disc's own
+// diffusion time.
+CellTiming CompleteTiming(const ReactionSet& set, double radius, CellTiming timing) {
+  const double discTime = Div(radius * radius, set.D[1]);
+  if (!(timing.totalTime > 0)) timing.totalTime = timing.shortestStep > 0 ? 1000 * timing.shortestStep : 1000 * discTime;
+  if (!(timing.shortestStep > 0)) timing.shortestStep = timing.totalTime / 1000;
+  timing.shortestStep = std::min(timing.shortestStep, timing.totalTime);
+  return timing;
+}
+
+class MicrodiscCell final : public TransportCell {
+ public:
+  MicrodiscCell(const ReactionSet& set, double radius, const CellTiming& timing)
+      : problem_(set, radius, CompleteTiming(set, radius, timing)), stepper_(problem_), species_(set.species) {
+    for (std::vector<double>* state : {&accepted_, &trial_, &coarse_, &half_, &fine_})
+      state->assign(problem_.stateSize(), 0);
+    renew();
+  }
+
+  void renew() override {
+    problem_.fillBulk(accepted_.data());
+    trial_ = accepted_;
+    acceptedDepth_ = trialDepth_ = 0;
+  }
+
+  CellCurrents trial(double Ebegin, double Eend, double dt) override {
+    trial_ = accepted_;
+    trialDepth_ = acceptedDepth_;
+    if (dt > 0) march(Ebegin, Eend, dt);
+    return problem_.currents(trial_.data(), problem_.ratesAt(Eend));
+  }
+
+  void accept() override {
+    accepted_ = trial_;
+    acceptedDepth_ = trialDepth_;
+  }
+
+  double surfaceConcentration(int species) const override {
+    if (species < 1 || species > species_) Raise(ErrorKind::SubscriptOutOfRange);
+    return problem_.surfaceAverage(accepted_.data(), species);
+  }
+
+ private:
+  // Positions within a step count in units of its 2^-kDeepestHalving part.
+  static constexpr std::uint64_t kWhole = std::uint64_t{1} << (kDeepestHalving + 1);
+
+  void march(double Ebegin, double Eend, double dt) {
+    std::uint64_t at = 0;
+    int depth = trialDepth_;
+    for (int attempt = 1; at < kWhole; ++attempt) {
+      if (attempt > kMostAttempts)
+        Raise(ErrorKind::InvalidOperation, "The microdisc simulation needs too many time steps");
+      const std::uint64_t span = kWhole >> depth;
+      const double error = stepTwice(Ebegin, Eend, dt, at, depth);
+      const double allowed = Allowed(at + span);
+      if (error > allowed && depth < kDeepestHalving) {
+        depth = std::min(kDeepestHalving, depth + std::max(1, static_cast<int>(std::ceil(std::log2(error / allowed)))));
+        continue;
+      }
+      for (std::size_t p = 0; p < trial_.size(); ++p) trial_[p] = 2 * fine_[p] - coarse_[p];
+      at += span;
+      depth = Widened(depth, at, error, allowed);
+    }
+    trialDepth_ = depth;
+  }
+
+  // One step of the given depth from `at` and two half steps; returns how
+  // far the two answers differ at the surface.
+  double stepTwice(double Ebegin, double Eend, double dt, std::uint64_t at, int depth) {
+    const std::uint64_t span = kWhole >> depth;
+    auto potential = [&](std::uint64_t t) { return Ebegin + (Eend - Ebegin) * (static_cast<double>(t) / kWhole); };
+    const double h = std::ldexp(dt, -depth), Estop = potential(at + span);
+    stepper_.step(trial_.data(), h, Estop, coarse_.data());
+    stepper_.step(trial_.data(), h / 2, potential(at + span / 2), half_.data());
+    stepper_.step(half_.data(), h / 2, Estop, fine_.data());
+    return problem_.surfaceDifference(fine_.data(), coarse_.data(), problem_.ratesAt(Estop));
+  }
+
+  // An error made early in a step, as just after a potential jump, has
+  // faded by its end: the tolerance widens as the square root of the
+  // share of the step still to come.
+  static double Allowed(std::uint64_t reached) {
+    return kStepTolerance * std::sqrt(static_cast<double>(kWhole) / static_cast<double>(reached));
+  }
+
+  // The error of backward Euler grows as h^2: the step doubles while the
+  // longer one is expected to stay well inside the tolerance and starts on
+  // its own grid.
+  static int Widened(int depth, std::uint64_t at, double error, double allowed) {
+    for (double expected = 4 * error; depth > 0 && expected < allowed / 2; expected *= 4) {
+      if (at % (kWhole >> (depth - 1)) != 0) break;
+      --depth;
+    }
+    return depth;
+  }
+
+  MicrodiscProblem problem_;
+  MicrodiscStepper stepper_;
+  int species_ = 0;
+  std::vector<double> accepted_, trial_, coarse_, half_, fine_;
+  int acceptedDepth_ = 0, trialDepth_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<TransportCell> MakeMicrodiscCell(const Experiment& e, const ReactionSet& set,
+                                                 const CellTiming& timing) {
+  const double radius = e.radius.value();
+  if (!(radius > 0)) Raise(ErrorKind::InvalidArgument, "The microdisc needs a radius above 0");
+  return std::make_unique<MicrodiscCell>(set, radius, timing);
 }
 
 }  // namespace voltrix
