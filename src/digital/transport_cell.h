@@ -44,7 +44,7 @@ class TransportCell {
   virtual double surfaceConcentration(int species) const = 0;
 };
 
-// The microdisc in two dimensions (radius e.radius, area from e.ARE).
+// The microdisc in two dimensions: a disc of radius e.radius (area pi r^2).
 std::unique_ptr<TransportCell> MakeMicrodiscCell(const Experiment& e, const ReactionSet& set,
                                                  const CellTiming& timing);
 
