@@ -18,9 +18,12 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("Voltrix"));
   voltrix::MainWindow window;
   window.show();
-  // --simulate: start with one simulation of the default forms, as a first
-  // click on "&Simulate" would (used for the screenshot).
-  if (QApplication::arguments().contains(QStringLiteral("--simulate")))
-    QTimer::singleShot(0, &window, [&window] { window.runCommand("mnuSimulate"); });
+  // Files named on the command line open as if dropped on the window.
+  // --simulate: a simulation of each parameter file named, or of the
+  // default forms, as a click on "&Simulate" would (used for the screenshots).
+  QStringList files = QApplication::arguments().mid(1);
+  const bool simulate = files.removeAll(QStringLiteral("--simulate")) > 0;
+  if (simulate || !files.isEmpty())
+    QTimer::singleShot(0, &window, [&window, files, simulate] { window.openFiles(files, simulate); });
   return app.exec();
 }
