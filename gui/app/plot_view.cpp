@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
@@ -217,6 +218,14 @@ void PlotView::mouseReleaseEvent(QMouseEvent* event) {
 
 void PlotView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) resetView();
+}
+
+// Esc lets go of a box being drawn; the view stays as it was.
+void PlotView::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Escape || drag_ != Drag::Box) return QWidget::keyPressEvent(event);
+  band_->hide();
+  drag_ = Drag::None;
+  setCursor(Qt::CrossCursor);
 }
 
 void PlotView::leaveEvent(QEvent* event) {

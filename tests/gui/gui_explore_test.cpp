@@ -136,10 +136,15 @@ class ExploreTest : public QObject {
     Program p;
     Workbench& wb = p.window.workbench();
     wb.formOption().control("overlap").setValue(1);
+    int drawnBusy = 0;  // the busy pointer stands while a run draws
+    p.window.platform().plot.onShow = [&] {
+      drawnBusy += QApplication::overrideCursor() && QApplication::overrideCursor()->shape() == Qt::WaitCursor;
+    };
     for (const char* rate : {"0.01", "0.1", "1"}) {
       wb.formIns().control("V").setText(rate);
       p.menu("mnuSimulate");
     }
+    QCOMPARE(drawnBusy, 3);
     std::vector<std::string> legend;
     for (const LegendEntry& e : p.plot()->presentation().legend) legend.push_back(e.text);
     QCOMPARE(legend, (std::vector<std::string>{"LSV, 0.01 V/s, A+1e=B", "LSV, 0.1 V/s, A+1e=B", "LSV, 1 V/s, A+1e=B"}));
