@@ -124,8 +124,14 @@ TEST(ZoomedPicture, ShowsTheCurvesInsideTheWindowWithMarksOfTheWindow) {
   // top (its maximum, 3.2e-5, lies above the window) and leaves at the bottom.
   EXPECT_EQ(ends, 4);
   std::vector<std::string> labels;
-  for (const DrawCall& c : shown.calls)
-    if (c.op == "print") labels.push_back(c.text);
+  float at = 0;
+  for (const DrawCall& c : shown.calls) {
+    if (c.op == "textpos") at = c.args[0];
+    if (c.op != "print") continue;
+    labels.push_back(c.text);
+    // Y labels stand outside the frame where the reversed axis begins, on the screen's left.
+    if (c.text.size() == 3 && c.text[1] == '.') EXPECT_GT(at, window.xmax) << c.text;
+  }
   for (const char* mark : {"-0.04", "0.00", "0.10", "1.0", "1.5", "3.0"})
     EXPECT_NE(std::find(labels.begin(), labels.end(), mark), labels.end()) << mark;
 
@@ -145,9 +151,10 @@ TEST(Legend, NamesEachRowAndKeepsClearOfTheCurves) {
   EXPECT_EQ(shown.legend[1].text, "Curve 2");  // never labelled
   EXPECT_EQ(shown.legend[1].style, 1);
   EXPECT_TRUE(shown.colourRows);
-  // Peaks at 0 and 0.1 V stand left of the middle on a reversed axis and
-  // reach the top: the legend goes to the top right.
-  EXPECT_EQ(QuietestCorner(shown.calls, shown.rows, shown.geometry.frame, true, 0.3, 0.2), LegendCorner::TopRight);
+  // On the reversed axis the peak at 0.1 V reaches into the top left, the
+  // baselines fill both bottom corners: the top right stays free.
+  EXPECT_EQ(QuietestCorner(shown.calls, shown.rows, shown.geometry.frame, true, 0.3, 0.35), LegendCorner::TopRight);
+  EXPECT_EQ(QuietestCorner(shown.calls, shown.rows, shown.geometry.frame, false, 0.3, 0.35), LegendCorner::TopLeft);
   view.legendShown = false;
   EXPECT_TRUE(p.present().legend.empty());
   EXPECT_TRUE(Plotted(1).present().legend.empty());  // one curve: the classic picture
