@@ -1,127 +1,85 @@
-// "&Open Parameters...", the labels of curve rows and the recent files: a
-// saved experiment read into fresh forms saves the very same file again.
+// "&Open Parameters..." through the CLI: a saved experiment read into fresh
+// forms saves the very same file again; a broken file changes nothing. The
+// legend of a saved plot names the rows by what filled them. Recent files.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "app/commands.h"
 #include "app/recent_files.h"
-#include "support/headless_workbench.h"
-#include "ui/form_expr.h"
-#include "ui/form_ins.h"
-#include "ui/form_plot.h"
-#include "ui/text_window.h"
+#include "cli/run_cli.h"
 
 namespace voltrix::test {
 namespace {
 
-namespace fs = std::filesystem;
-
 std::string Scratch(const std::string& name) {
-  const fs::path dir = fs::temp_directory_path() / ("voltrix-open-" + std::to_string(::getpid()));
-  fs::create_directories(dir);
-  return (dir / name).string();
+  return (std::filesystem::temp_directory_path() / ("voltrix-open-" + std::to_string(::getpid()) + "-" + name)).string();
 }
 
-std::string Contents(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
+// Commits the forms as a run does, saves them, and shows the scan rate.
+CliResult Saved(std::vector<std::string> statements, const std::string& file) {
+  statements.insert(statements.end(), {"click FormExpr.cmdOK", "menu mnuSave " + file, "show control FormIns.V"});
+  return RunCli(statements);
 }
-
-// "FormIns.radius=0.02" types into a box; "FormMech.mech(6)" clicks.
-struct Bench : HeadlessWorkbench {
-  Bench() { BindMenuCommands(wb); }
-  void apply(const std::vector<std::string>& edits) {
-    for (const std::string& edit : edits) {
-      const auto dot = edit.find('.'), open = edit.find('('), eq = edit.find('=');
-      const auto nameEnd = std::min(open, eq);
-      Form* form = wb.formNamed(edit.substr(0, dot));
-      const int index = open < eq ? std::stoi(edit.substr(open + 1)) : -1;
-      Control& c = form->control(edit.substr(dot + 1, nameEnd - dot - 1), index);
-      if (eq == std::string::npos) c.click();
-      else c.setText(edit.substr(eq + 1));
-    }
-  }
-  void menu(const std::string& name, const std::string& file = "") {
-    if (!file.empty()) platform.files.answers.push_back(file);
-    ASSERT_TRUE(RunMenuCommand(wb, name));
-  }
-  std::string saved(const std::string& name) {
-    wb.formExpr().OK();  // the commit chain of a run
-    menu("mnuSave", Scratch(name));
-    return Contents(Scratch(name));
-  }
-  std::string control(const char* form, const char* name) { return wb.formNamed(form)->control(name).shownText(); }
-};
 
 TEST(OpenParameters, ASavedExperimentSavesTheSameFileFromFreshForms) {
   // Typed reactions are not in the file: both forms hold them.
   struct Row {
     std::vector<std::string> setup, typed;
   } rows[] = {
-      {{"FormMech.CheckDigital"}, {}},
-      {{"FormMech.CheckDigital", "FormMech.mech(6)", "FormTech.optTech(5)", "FormIns.optElectrode(4)",
-        "FormIns.radius=0.02", "FormIns.Estep=0.002", "FormIns.TextF=25", "FormExpr.D(2)=2e-5", "FormMech.CheckAccurate"},
+      {{"click FormMech.CheckDigital", "click FormMech.mech(6)", "click FormTech.optTech(5)",
+        "click FormIns.optElectrode(4)", "set FormIns.radius=0.02", "set FormIns.Estep=0.002", "set FormIns.TextF=25",
+        "set FormExpr.D(2)=2e-5", "click FormMech.CheckAccurate"},
        {}},
-      {{"FormMech.CheckDigital", "FormMech.mech(3)", "FormTech.optTech(4)", "FormIns.optElectrode(5)",
-        "FormIns.radius=0.01", "FormIns.leng=0.1", "FormIns.Epulse=-0.025", "FormIns.Noise=2", "FormMech.NEL(2)=2"},
+      {{"click FormMech.CheckDigital", "click FormMech.mech(3)", "click FormTech.optTech(4)",
+        "click FormIns.optElectrode(5)", "set FormIns.radius=0.01", "set FormIns.leng=0.1", "set FormIns.Epulse=-0.025",
+        "set FormIns.Noise=2", "set FormMech.NEL(2)=2"},
        {}},
-      {{"FormTech.optTech(3)", "FormIns.optElectrode(3)", "FormIns.radius=0.005", "FormIns.V=0.05",
-        "FormExpr.Eze(1)=0.25", "FormExpr.C(1)=2e-3"},
-       {"FormMech.chem(1)=B", "FormMech.chem(2)=C"}},
-      {{"FormTech.optTech(2)", "FormIns.optElectrode(6)", "FormIns.radius=0.003", "FormIns.leng=0.2",
-        "FormIns.Estart=0.5", "FormExpr.ks(1)=0.01", "FormExpr.alph(1)=0.3", "FormExpr.Cond(1)=73"},
+      {{"click FormTech.optTech(3)", "click FormIns.optElectrode(3)", "set FormIns.radius=0.005", "set FormIns.V=0.05",
+        "set FormExpr.Eze(1)=0.25", "set FormExpr.C(1)=2e-3"},
+       {"set FormMech.chem(1)=B", "set FormMech.chem(2)=C"}},
+      {{"click FormTech.optTech(2)", "click FormIns.optElectrode(6)", "set FormIns.radius=0.003", "set FormIns.leng=0.2",
+        "set FormIns.Estart=0.5", "set FormExpr.ks(1)=0.01", "set FormExpr.alph(1)=0.3", "set FormExpr.Cond(1)=73"},
        {}},
   };
   for (const Row& r : rows) {
-    Bench first, second, untyped;
-    first.apply(r.typed);
-    first.apply(r.setup);
-    const std::string file = first.saved("first.par");
-    second.apply(r.typed);
-    second.menu("mnuOpen", Scratch("first.par"));
-    EXPECT_EQ(second.saved("second.par"), file) << r.setup.back();
-    EXPECT_EQ(second.control("FormIns", "V"), first.control("FormIns", "V"));  // the rate from the drop time
-    EXPECT_TRUE(second.messages().empty());
+    std::vector<std::string> first = r.typed, second = r.typed;
+    first.insert(first.end(), r.setup.begin(), r.setup.end());
+    second.push_back("menu mnuOpen " + Scratch("first.par"));
+    const CliResult a = Saved(first, Scratch("first.par")), b = Saved(second, Scratch("second.par"));
+    EXPECT_EQ(ReadFile(Scratch("second.par")), ReadFile(Scratch("first.par"))) << r.setup.back();
+    EXPECT_TRUE(b.out.ends_with(a.out)) << b.out;  // the scan rate comes back from the drop time
+    EXPECT_EQ(b.err, "");
     if (r.typed.empty()) continue;
-    untyped.menu("mnuOpen", Scratch("first.par"));
-    EXPECT_EQ(untyped.wb.formResult().lines().back(), "The file has 3 species; the reactions typed on the Mechanism form have 2.");
+    const std::string note = "The file has 3 species; the reactions typed on the Mechanism form have 2.";
+    EXPECT_NE(RunCli({"menu mnuOpen " + Scratch("first.par")}).out.find(note), std::string::npos);
   }
 }
 
 TEST(OpenParameters, ABrokenFileChangesNothingAndSaysWhy) {
-  Bench b;
-  b.apply({"FormIns.Estep=0.002"});
-  const std::string before = b.saved("good.par");
-  std::string broken = before;
+  Saved({"set FormIns.Estep=0.002"}, Scratch("good.par"));
+  std::string broken = ReadFile(Scratch("good.par"));
   broken.replace(broken.find("E end :"), 7, "E fin :");
   std::ofstream(Scratch("broken.par"), std::ios::binary) << broken;
-  b.menu("mnuOpen", Scratch("broken.par"));
-  ASSERT_EQ(b.messages().size(), 1u);
-  EXPECT_EQ(b.messages()[0], "ReadParameters Error: broken.par, line 9: \"E end :\" expected, found \"E fin :\".");
-  EXPECT_EQ(b.saved("again.par"), before);
-  EXPECT_EQ(b.control("FormIns", "Estep"), "0.002");
+  const CliResult r = Saved({"set FormIns.Estep=0.002", "menu mnuOpen " + Scratch("broken.par")}, Scratch("again.par"));
+  EXPECT_EQ(r.err, "message: ReadParameters Error: " + std::filesystem::path(Scratch("broken.par")).filename().string() +
+                       ", line 9: \"E end :\" expected, found \"E fin :\".\n");
+  EXPECT_EQ(ReadFile(Scratch("again.par")), ReadFile(Scratch("good.par")));
 }
 
-TEST(CurveLabels, RunsAndImportsNameTheirRows) {
-  Bench b;
-  b.apply({"FormMech.CheckDigital", "formOption.overlap", "FormIns.V=0.05"});
-  b.menu("mnuSimulate");
-  b.apply({"FormIns.ComboScan=cycle", "FormTech.optTech(1)", "FormIns.optElectrode(2)"});
-  b.menu("mnuSimulate");
-  b.menu("mnuExport", Scratch("wave.csv"));
-  b.menu("mnuImport", Scratch("wave.csv"));
-  const auto& labels = b.wb.formPlot().view().rowLabels;
-  EXPECT_EQ(labels[1], "LSV, 0.05 V/s, A + ne = B");
-  EXPECT_EQ(labels[2], "CV, 0.05 V/s, A + ne = B, Spherical");
-  EXPECT_EQ(labels[3], "wave.csv");
+TEST(CurveLabels, TheLegendNamesRunsAndImports) {
+  if (RunCli({"help"}).out.find("plot FILE") == std::string::npos) GTEST_SKIP() << "voltrix-cli was built without pictures";
+  const CliResult r = RunCli({"click FormMech.CheckDigital", "set formOption.overlap=1", "set FormIns.V=0.05",
+                              "menu mnuSimulate", "set FormIns.ComboScan=cycle", "click FormIns.optElectrode(2)",
+                              "menu mnuSimulate", "menu mnuExport " + Scratch("wave.csv"),
+                              "menu mnuImport " + Scratch("wave.csv"), "plot " + Scratch("legend.svg")});
+  ASSERT_EQ(r.status, 0) << r.err;
+  const std::string svg = ReadFile(Scratch("legend.svg"));
+  const std::string file = std::filesystem::path(Scratch("wave.csv")).filename().string();
+  for (const std::string& label : {std::string("LSV, 0.05 V/s, A + ne = B"), std::string("CV, 0.05 V/s, A + ne = B, Spherical"), file})
+    EXPECT_NE(svg.find(">" + label + "<"), std::string::npos) << label;
 }
 
 TEST(RecentFiles, NewestFirstEachOnceAtMostEight) {
@@ -137,7 +95,7 @@ TEST(RecentFiles, NewestFirstEachOnceAtMostEight) {
   EXPECT_EQ(RecentCaption(0, "/d/R&D.par"), "&1 R&&D.par");
   std::ofstream(Scratch("kind.par"), std::ios::binary) << "Technique :\r\n 1 \r\n";
   EXPECT_EQ(OpenCommandOf(KindOfFile(Scratch("kind.par"))), std::string("mnuOpen"));
-  EXPECT_EQ(OpenCommandOf(KindOfFile(Scratch("wave.csv"))), std::string("mnuImport"));
+  EXPECT_EQ(OpenCommandOf(KindOfFile(Scratch("none.csv"))), std::string("mnuImport"));
 }
 
 }  // namespace
