@@ -21,8 +21,10 @@ int main(int argc, char** argv) {
   // Files named on the command line open as if dropped on the window.
   // --simulate: a simulation of each parameter file named, or of the
   // default forms, as a click on "&Simulate" would (used for the screenshots).
-  QStringList files = QApplication::arguments().mid(1);
-  const bool simulate = files.removeAll(QStringLiteral("--simulate")) > 0;
+  QStringList files;
+  for (const QString& argument : QApplication::arguments().mid(1))
+    if (!argument.startsWith('-')) files << argument;
+  const bool simulate = QApplication::arguments().contains(QStringLiteral("--simulate"));
   if (simulate || !files.isEmpty())
     QTimer::singleShot(0, &window, [&window, files, simulate] { window.openFiles(files, simulate); });
   return app.exec();

@@ -26,10 +26,18 @@ std::string RowName(int row, const std::string& unitLine, const std::array<std::
 // Where a drawing call puts its point: a box by its centre, a line by its end.
 bool PointOf(const DrawCall& c, double& x, double& y) {
   const auto& a = c.args;
-  if (c.op == "point" && a.size() >= 2) x = a[0], y = a[1];
-  else if (c.op == "line" && a.size() >= 4) x = a[2], y = a[3];
-  else if (c.op == "box" && a.size() >= 4) x = (double(a[0]) + a[2]) / 2, y = (double(a[1]) + a[3]) / 2;
-  else return false;
+  if (c.op == "point" && a.size() >= 2) {
+    x = a[0];
+    y = a[1];
+  } else if (c.op == "line" && a.size() >= 4) {
+    x = a[2];
+    y = a[3];
+  } else if (c.op == "box" && a.size() >= 4) {
+    x = (double(a[0]) + a[2]) / 2;
+    y = (double(a[1]) + a[3]) / 2;
+  } else {
+    return false;
+  }
   return true;
 }
 

@@ -109,8 +109,10 @@ bool ClipSegment(const DataRect& r, double& x0, double& y0, double& x1, double& 
     if (t0 > t1) return false;
   }
   const double ax = x0, ay = y0;
-  x0 = ax + t0 * dx, y0 = ay + t0 * dy;
-  x1 = ax + t1 * dx, y1 = ay + t1 * dy;
+  x0 = ax + t0 * dx;
+  y0 = ay + t0 * dy;
+  x1 = ax + t1 * dx;
+  y1 = ay + t1 * dy;
   return true;
 }
 
