@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "app/curve_labels.h"
 #include "app/import_file.h"
 #include "ui/commit.h"
 
@@ -70,7 +71,9 @@ void RegisterImportStatement(Cli& cli) {
     Workbench& wb = c.workbench();
     StartCurve(wb);
     // A failed import has said why in its message, which the CLI counts.
-    if (ImportCurveFile(wb, words[0], request)) ShowImportedCurve(wb);
+    if (!ImportCurveFile(wb, words[0], request)) return;
+    LabelImportedRow(wb, words[0]);
+    ShowImportedCurve(wb);
   });
 }
 

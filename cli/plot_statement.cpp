@@ -1,10 +1,14 @@
 #include "plot_statement.h"
 
 #include <filesystem>
+#include <sstream>
 #include <string>
 
+#include "app/present_plot.h"
 #include "cli.h"
+#include "model/number_format.h"
 #include "render/picture_file.h"
+#include "ui/form_plot.h"
 #include "ui/plot_display_list.h"
 
 namespace voltrix {
@@ -24,6 +28,28 @@ std::string WhyNotWritten(const std::string& file, const std::string& error) {
   return error;
 }
 
+// "zoom XMIN XMAX YMIN YMAX" shows that window of the data; "zoom reset"
+// the classic limits again.
+void Zoom(Cli& c, const std::string& rest) {
+  PlotViewState& view = c.workbench().formPlot().view();
+  if (rest == "reset") {
+    view.zoom.reset();
+    return;
+  }
+  std::istringstream words(rest);
+  std::string limit[4];
+  for (std::string& word : limit)
+    if (!(words >> word) || !IsNumeric(word)) throw StatementError("zoom: four numbers are needed (zoom XMIN XMAX YMIN YMAX), or reset");
+  const DataRect window = Spanned(Val(limit[0]), Val(limit[2]), Val(limit[1]), Val(limit[3]));
+  if (!ZoomView(view, LastPicture(c.platform().plot.calls), window))
+    throw StatementError("zoom: there is no plot to zoom, or that window cannot be drawn");
+}
+
+void Legend(Cli& c, const std::string& rest) {
+  if (rest != "on" && rest != "off") throw StatementError("legend: on or off");
+  c.workbench().formPlot().view().legendShown = rest == "on";
+}
+
 }  // namespace
 
 void RegisterPlotStatement(Cli& cli) {
@@ -34,9 +60,13 @@ void RegisterPlotStatement(Cli& cli) {
     const std::string file = rest.substr(begin, end - begin + 1);
     if (!KnownPictureType(file)) throw StatementError("plot: " + file + " is no .png, .svg or .pdf file");
     // A plot window never drawn on gives an empty picture, as on screen.
-    const std::string error = WritePictureFile(LastPicture(c.platform().plot.calls), file);
+    const RecordingSurface& surface = c.platform().plot;
+    const PlotPresentation plot = PresentPlot(c.workbench(), LastPicture(surface.calls), surface.rowMarks);
+    const std::string error = WritePictureFile(plot, file);
     if (!error.empty()) ReportWriteFailure(c.workbench().platform, file, WhyNotWritten(file, error));
   });
+  cli.addStatement("zoom", "zoom XMIN XMAX YMIN YMAX | zoom reset", Zoom);
+  cli.addStatement("legend", "legend on|off", Legend);
 }
 
 }  // namespace voltrix

@@ -20,9 +20,14 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("Voltrix"));
   voltrix::MainWindow window;
   window.show();
-  // --simulate: start with one simulation of the default forms, as a first
-  // click on "&Simulate" would (used for the screenshot).
-  if (QApplication::arguments().contains(QStringLiteral("--simulate")))
-    QTimer::singleShot(0, &window, [&window] { window.runCommand("mnuSimulate"); });
+  // Files named on the command line open as if dropped on the window.
+  // --simulate: a simulation of each parameter file named, or of the
+  // default forms, as a click on "&Simulate" would (used for the screenshots).
+  QStringList files;
+  for (const QString& argument : QApplication::arguments().mid(1))
+    if (!argument.startsWith('-')) files << argument;
+  const bool simulate = QApplication::arguments().contains(QStringLiteral("--simulate"));
+  if (simulate || !files.isEmpty())
+    QTimer::singleShot(0, &window, [&window, files, simulate] { window.openFiles(files, simulate); });
   return app.exec();
 }

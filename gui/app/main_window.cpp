@@ -3,24 +3,35 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileInfo>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
+#include <QMimeData>
 #include <QScreen>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QStatusBar>
+#include <QTimer>
+#include <QUrl>
 #include <algorithm>
 #include <set>
 
 #include "app/commands.h"
+#include "app/present_plot.h"
+#include "app/recent_files.h"
 #include "form_view.h"
 #include "model/errors.h"
 #include "plot_view.h"
 #include "text_view.h"
 #include "user_guide.h"
+#include "ui/form_option.h"
 #include "ui/form_plot.h"
 #include "ui/main_form.h"
 #include "ui/plot_engine.h"
@@ -63,6 +74,23 @@ QIcon AppIcon() {
   return QIcon(pixmap);
 }
 
+QStringList LocalFiles(const QMimeData* data) {
+  QStringList files;
+  if (data)
+    for (const QUrl& url : data->urls())
+      if (url.isLocalFile()) files << url.toLocalFile();
+  return files;
+}
+
+// The files a command reads or writes, and what the recent files call them.
+const std::map<std::string, FileKind>& FileCommands() {
+  static const std::map<std::string, FileKind> commands = {{"mnuOpen", FileKind::Parameters},
+                                                           {"mnuSave", FileKind::Parameters},
+                                                           {"mnuImport", FileKind::Curve},
+                                                           {"mnuExport", FileKind::Curve}};
+  return commands;
+}
+
 }  // namespace
 
 MainWindow::MainWindow() {
@@ -85,11 +113,20 @@ MainWindow::MainWindow() {
              std::max(TwipsToPixels(wb_->mainForm().area().height, dpi), TwipsToPixels(9600, dpi)));
   if (QScreen* screen = QGuiApplication::primaryScreen()) size = size.boundedTo(screen->availableSize());
   resize(size);
+  if (!memory_.mainWindow().isEmpty()) restoreGeometry(memory_.mainWindow());
+  setAcceptDrops(true);
+  reading_ = new QLabel(this);
+  reading_->setObjectName(QStringLiteral("PointerReading"));
+  statusBar()->addPermanentWidget(reading_);
+  platform_.files.folder = memory_.lastFolder();
+  platform_.files.onAnswer = [this](const QString& file) { memory_.keepFolder(QFileInfo(file).absolutePath()); };
+  platform_.picture.present = [this] { return PresentPlot(*wb_, platform_.plot.calls(), platform_.plot.rowMarks()); };
   BindMenuCommands(*wb_);
   buildMenus();
   connect(area_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* w) { windowActivated(w); });
   auto* guide = new QShortcut(QKeySequence::HelpContents, this);
   connect(guide, &QShortcut::activated, this, [this] { OpenUserGuide(platform_.messages); });
+  buildRecentMenu();
   platform_.picture.screenSize = [this]() -> QSize {
     auto it = windows_.find("FormPlot");
     if (it == windows_.end() || !it->second->widget()) return {};
@@ -109,6 +146,7 @@ MainWindow::~MainWindow() {
   area_ = nullptr;
   windows_.clear();
   platform_.plot.onChange = nullptr;
+  platform_.picture.present = nullptr;
 }
 
 QAction* MainWindow::action(const std::string& menuName) const {
@@ -163,6 +201,8 @@ void MainWindow::updateMenu(const Control* c) {
 }
 
 void MainWindow::runCommand(const std::string& menuName) {
+  const int messagesBefore = platform_.messages.shownCount;
+  platform_.files.forgetLastAnswer();
   // Every command shows the busy pointer while it runs (dialogs lift it).
   QApplication::setOverrideCursor(Qt::WaitCursor);
   RunMenuCommand(*wb_, menuName);
@@ -171,12 +211,15 @@ void MainWindow::runCommand(const std::string& menuName) {
   // hourglass behind.
   platform_.pointer.set(Pointer::kDefault);
   if (wb_->exitRequested) {
-    // "E&xit": at once, nothing asked, nothing saved.
+    // "E&xit": at once, nothing asked, nothing saved but where the windows stood.
+    keepPlaces();
     QApplication::exit(0);
     close();
     return;
   }
   syncForms();
+  rememberFile(menuName, messagesBefore);
+  if (PlotView* view = plotView()) view->refresh();  // labels and residual follow the command
   // A command that shows a window already open brings it to the front.
   static const std::map<std::string, std::string> shows = {
       {"mnuTech", "FormTech"},      {"mnuMechamism", "FormMech"},     {"mnuInstrument", "FormIns"},
@@ -222,7 +265,10 @@ QMdiSubWindow* MainWindow::addWindow(Form& form) {
       PlotCurves(*wb_);
       syncForms();
     };
-    content = new PlotView(platform_.plot, platform_.files, platform_.messages, replot);
+    auto present = [this] { return PresentPlot(*wb_, platform_.plot.calls(), platform_.plot.rowMarks()); };
+    auto* view = new PlotView(platform_.plot, wb_->formPlot().view(), present, platform_.files, platform_.messages, replot);
+    connect(view, &PlotView::pointerMoved, reading_, &QLabel::setText);
+    content = view;
   } else if (auto* text = dynamic_cast<TextWindow*>(&form)) {
     content = new TextView(*text);
   } else {
@@ -239,6 +285,7 @@ QMdiSubWindow* MainWindow::addWindow(Form& form) {
   window->resize(window->sizeHint().expandedTo(content->sizeHint()));
   const double dpi = logicalDpiX() > 0 ? logicalDpiX() : 96;
   window->move(TwipsToPixels(form.area().left, dpi), TwipsToPixels(form.area().top, dpi));
+  placeWindow(window, form);
   window->hide();
   if (form.name() == "FormPlot") {
     QWidget* view = content;
@@ -273,8 +320,114 @@ void MainWindow::syncForms() {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   // Closing the main window ends the process at once, like "E&xit".
+  keepPlaces();
   event->accept();
   QApplication::exit(0);
+}
+
+// A window goes where the user last left it. The plot window opens at a
+// size that shows a curve: most of the area, never less than its own.
+void MainWindow::placeWindow(QMdiSubWindow* window, const Form& form) {
+  if (const auto place = memory_.window(form.name())) {
+    window->setGeometry(*place);
+    return;
+  }
+  if (form.name() != "FormPlot") return;
+  const QSize room = area_->viewport()->size();
+  const QSize useful(std::max(window->width(), room.width() * 62 / 100), std::max(window->height(), room.height() * 60 / 100));
+  window->resize(useful);
+  window->move(std::clamp(room.width() - useful.width(), 0, window->x()), std::clamp(room.height() - useful.height(), 0, window->y()));
+}
+
+void MainWindow::keepPlaces() {
+  memory_.keepMainWindow(saveGeometry());
+  for (const auto& [name, window] : windows_) memory_.keepWindow(name, window->geometry());
+}
+
+void MainWindow::buildRecentMenu() {
+  if (!recentMenu_) {
+    QMenu* file = menus_.at(wb_->mainForm().find("mnuFile"));
+    recentMenu_ = new QMenu(tr("Recent &Files"), file);
+    recentMenu_->setObjectName(QStringLiteral("RecentFiles"));
+    file->insertMenu(action("mnuBar3"), recentMenu_);
+  }
+  recentMenu_->clear();
+  const auto& files = memory_.recent().files();
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    const RecentFile entry = files[i];
+    QAction* a = recentMenu_->addAction(QString::fromStdString(RecentCaption(i, entry.path)));
+    a->setStatusTip(QString::fromStdString(entry.path));
+    connect(a, &QAction::triggered, this, [this, entry] {
+      if (!QFileInfo::exists(QString::fromStdString(entry.path))) {
+        platform_.messages.show("The file " + entry.path + " is no longer there.");
+        memory_.recent().remove(entry.path);
+        memory_.keepRecent();
+        buildRecentMenu();
+        return;
+      }
+      runFileCommand(OpenCommandOf(entry.kind), entry.path);
+    });
+  }
+  recentMenu_->addSeparator();
+  QAction* clear = recentMenu_->addAction(tr("&Clear Menu"), this, [this] {
+    memory_.recent() = RecentFiles();
+    memory_.keepRecent();
+    buildRecentMenu();
+  });
+  clear->setEnabled(!files.empty());
+}
+
+// A file that a command read without a fault, or wrote, joins the recent files.
+void MainWindow::rememberFile(const std::string& menuName, int messagesBefore) {
+  const auto command = FileCommands().find(menuName);
+  const auto& file = platform_.files.lastAnswer();
+  if (command == FileCommands().end() || !file) return;
+  const bool reads = menuName == "mnuOpen" || menuName == "mnuImport";
+  if ((reads && platform_.messages.shownCount != messagesBefore) || !QFileInfo::exists(QString::fromStdString(*file)))
+    return;
+  memory_.recent().add(*file, command->second);
+  memory_.keepRecent();
+  buildRecentMenu();
+}
+
+void MainWindow::runFileCommand(const std::string& menuName, const std::string& file) {
+  platform_.files.nextAnswer = file;
+  runCommand(menuName);
+  platform_.files.nextAnswer.reset();  // a disabled command asked nothing
+}
+
+void MainWindow::openFiles(const QStringList& files, bool simulateEach) {
+  std::vector<std::pair<std::string, FileKind>> opened;
+  int parameters = 0, curves = 0;
+  for (const QString& f : files) {
+    const FileKind kind = KindOfFile(f.toStdString());
+    (kind == FileKind::Parameters ? parameters : curves) += 1;
+    opened.push_back({f.toStdString(), kind});
+  }
+  if (curves >= 2 || (simulateEach && parameters >= 2)) wb_->formOption().control("overlap").setValue(1);
+  for (const auto& [file, kind] : opened) {
+    runFileCommand(OpenCommandOf(kind), file);
+    if (simulateEach && kind == FileKind::Parameters) runCommand("mnuSimulate");
+  }
+  if (simulateEach && parameters == 0) runCommand("mnuSimulate");
+}
+
+PlotView* MainWindow::plotView() const {
+  QMdiSubWindow* w = window("FormPlot");
+  return w ? qobject_cast<PlotView*>(w->widget()) : nullptr;
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!LocalFiles(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+// The files open once the drop is over, so that a message box does not hold
+// up the program they were dragged from.
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QStringList files = LocalFiles(event->mimeData());
+  if (files.isEmpty()) return;
+  event->acceptProposedAction();
+  QTimer::singleShot(0, this, [this, files] { openFiles(files); });
 }
 
 }  // namespace voltrix

@@ -7,8 +7,10 @@
 #include <string>
 
 #include "qt_platform.h"
+#include "session_memory.h"
 
 class QAction;
+class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
@@ -39,16 +41,32 @@ class MainWindow : public QMainWindow {
   // Gives every form created so far its window and shows what the model shows.
   void syncForms();
 
+  // Runs a menu command whose file dialog `file` answers.
+  void runFileCommand(const std::string& menuName, const std::string& file);
+  // Opens files as their menu commands do: a parameter file into the forms,
+  // any other as an import. Several curves are overlaid; with simulateEach
+  // each parameter file (or, without one, the forms) is simulated.
+  void openFiles(const QStringList& files, bool simulateEach = false);
+  // The plot window's view, once the plot window exists.
+  class PlotView* plotView() const;
+
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   void buildMenus();
   void updateMenu(const Control* c);
   QMdiSubWindow* addWindow(Form& form);
   void windowActivated(QMdiSubWindow* w);
+  void placeWindow(QMdiSubWindow* window, const Form& form);
+  void buildRecentMenu();
+  void rememberFile(const std::string& menuName, int messagesBefore);
+  void keepPlaces();
 
   QtPlatform platform_;
+  SessionMemory memory_;
   std::unique_ptr<Workbench> wb_;
   QMdiArea* area_ = nullptr;
   std::map<const Control*, QAction*> actions_;
@@ -58,6 +76,8 @@ class MainWindow : public QMainWindow {
   int menuObserver_ = 0;
   bool syncing_ = false;
   QMdiSubWindow* lastActive_ = nullptr;
+  QMenu* recentMenu_ = nullptr;
+  QLabel* reading_ = nullptr;  // the pointer's E and I over the plot
 };
 
 }  // namespace voltrix

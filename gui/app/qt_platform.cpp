@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QKeyEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QImage>
 #include <QInputDialog>
 #include <QMessageBox>
@@ -15,6 +16,7 @@
 
 #include "render/picture_file.h"
 #include "render/picture_painter.h"
+#include "render/plot_painter.h"
 
 namespace voltrix {
 
@@ -39,6 +41,7 @@ class PointerLift {
 }  // namespace
 
 void QtMessageBox::show(const std::string& text) {
+  ++shownCount;
   if (intercept) return intercept(text);
   const PointerLift lift;
   QMessageBox box(QMessageBox::NoIcon, QStringLiteral("Voltrix"), QString::fromStdString(text), QMessageBox::Ok,
@@ -61,13 +64,23 @@ QString QtNameFilter(const std::string& filter) {
 }
 
 std::optional<std::string> QtFileDialog::ask(DialogMode mode, const std::string& filter) {
-  if (intercept) return intercept(mode, filter);
-  const PointerLift lift;
-  const QString qfilter = QtNameFilter(filter);
-  const QString name = mode == DialogMode::Save ? QFileDialog::getSaveFileName(parent.data(), QString(), QString(), qfilter)
-                                                : QFileDialog::getOpenFileName(parent.data(), QString(), QString(), qfilter);
-  if (name.isEmpty()) return std::nullopt;
-  return name.toStdString();
+  std::optional<std::string> file;
+  if (nextAnswer) {
+    file.swap(nextAnswer);
+  } else if (intercept) {
+    file = intercept(mode, filter);
+  } else {
+    const PointerLift lift;
+    const QString qfilter = QtNameFilter(filter);
+    const QString name = mode == DialogMode::Save ? QFileDialog::getSaveFileName(parent.data(), QString(), folder, qfilter)
+                                                  : QFileDialog::getOpenFileName(parent.data(), QString(), folder, qfilter);
+    if (!name.isEmpty()) file = name.toStdString();
+  }
+  if (file) {
+    folder = QFileInfo(QString::fromStdString(*file)).absolutePath();
+    if (onAnswer) onAnswer(QString::fromStdString(*file));
+  }
+  return answered(file);
 }
 
 std::optional<int> QtCycleChoice::choose(const std::vector<std::string>& cycles, int suggested) {
@@ -99,6 +112,17 @@ void QtPointer::set(int shape) {
   }
 }
 
+namespace {
+void PaintShown(QPainter& painter, const QRectF& area, const std::function<PlotPresentation()>& present,
+                const std::vector<DrawCall>& calls) {
+  if (present) {
+    PaintPlot(painter, area, present());
+  } else {
+    PaintPicture(painter, area, calls);
+  }
+}
+}  // namespace
+
 QSize QtPictureOutput::size() const {
   const QSize s = screenSize ? screenSize() : QSize();
   // A plot window never shown: its client area at 96 dots per inch.
@@ -111,7 +135,7 @@ void QtPictureOutput::copyToClipboard() {
   QImage image(size(), QImage::Format_ARGB32_Premultiplied);
   {
     QPainter painter(&image);
-    PaintPicture(painter, QRectF(QPointF(0, 0), QSizeF(image.size())), picture_.calls());
+    PaintShown(painter, QRectF(QPointF(0, 0), QSizeF(image.size())), present, picture_.calls());
   }
   clipboard->setImage(image);
 }
@@ -121,7 +145,8 @@ void QtPictureOutput::print() {
   if (printer.isNull()) {
     const auto file = files_.ask(DialogMode::Save, "PDF file (*.pdf)|*.pdf");
     if (!file) return;
-    const std::string error = WritePictureFile(picture_.calls(), *file, {size().width(), size().height()});
+    const PictureSize pixels{size().width(), size().height()};
+    const std::string error = present ? WritePictureFile(present(), *file, pixels) : WritePictureFile(picture_.calls(), *file, pixels);
     if (!error.empty()) messages_.show(error);
     return;
   }
@@ -134,7 +159,7 @@ void QtPictureOutput::print() {
   // The picture keeps the proportions it has on screen, as large as the page allows.
   const QRectF page = painter.viewport();
   const QSizeF fitted = QSizeF(size()).scaled(page.size(), Qt::KeepAspectRatio);
-  PaintPicture(painter, QRectF(page.topLeft(), fitted), picture_.calls());
+  PaintShown(painter, QRectF(page.topLeft(), fitted), present, picture_.calls());
   painter.end();
 }
 

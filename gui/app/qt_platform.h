@@ -13,6 +13,7 @@
 #include "model/fit_progress.h"
 #include "model/platform.h"
 #include "ui/plot_display_list.h"
+#include "ui/plot_presentation.h"
 
 class QWidget;
 
@@ -24,6 +25,7 @@ class QtMessageBox : public MessageBox {
   QPointer<QWidget> parent;
   // When set, messages go here instead of a modal box (automated runs).
   std::function<void(const std::string&)> intercept;
+  int shownCount = 0;  // every message since the start, for callers that check a command
 };
 
 // "label|pattern|label|pattern" as a Qt name filter: "label (pattern);;...".
@@ -35,6 +37,11 @@ class QtFileDialog : public FileDialog {
   QPointer<QWidget> parent;
   // When set, answers come from here instead of the dialog (automated runs).
   std::function<std::optional<std::string>(DialogMode, const std::string&)> intercept;
+  // Answers the next ask without a dialog: a file dropped on the window or
+  // picked from the recent files.
+  std::optional<std::string> nextAnswer;
+  QString folder;                                // where the dialog opens
+  std::function<void(const QString&)> onAnswer;  // told of every file named
 };
 
 class QtClock : public Clock {
@@ -59,6 +66,8 @@ class QtPictureOutput : public PictureOutput {
   void print() override;
   // The size the picture has on screen (the plot window's client area).
   std::function<QSize()> screenSize;
+  // The plot as the window presents it (zoom, legend); unset: the picture.
+  std::function<PlotPresentation()> present;
 
  private:
   QSize size() const;

@@ -1,6 +1,7 @@
 #include "picture_file.h"
 
 #include <QFileInfo>
+#include <functional>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPageSize>
@@ -10,6 +11,7 @@
 
 #include "headless_qt.h"
 #include "picture_painter.h"
+#include "plot_painter.h"
 
 namespace voltrix {
 
@@ -32,9 +34,9 @@ bool EnsureApplication() {
   return app != nullptr;
 }
 
-}  // namespace
+using Painting = std::function<void(QPainter&, const QRectF&)>;
 
-std::string WritePictureFile(const std::vector<DrawCall>& calls, const std::string& path, PictureSize size) {
+std::string WritePicture(const Painting& paint, const std::string& path, PictureSize size) {
   if (size.width <= 0 || size.height <= 0) return "The picture has no size";
   if (!EnsureApplication()) return "Pictures need a graphical application object";
   const QString file = QString::fromStdString(path);
@@ -46,7 +48,7 @@ std::string WritePictureFile(const std::vector<DrawCall>& calls, const std::stri
     image.setDotsPerMeterY(qRound(kDpi / 0.0254));
     {
       QPainter painter(&image);
-      PaintPicture(painter, area, calls);
+      paint(painter, area);
     }
     if (!image.save(file, "PNG")) return "Cannot write " + path;
     return {};
@@ -60,7 +62,7 @@ std::string WritePictureFile(const std::vector<DrawCall>& calls, const std::stri
     svg.setTitle(QStringLiteral("Plot"));
     QPainter painter;
     if (!painter.begin(&svg)) return "Cannot write " + path;
-    PaintPicture(painter, area, calls);
+    paint(painter, area);
     painter.end();
     return {};
   }
@@ -73,11 +75,21 @@ std::string WritePictureFile(const std::vector<DrawCall>& calls, const std::stri
     QPainter painter;
     if (!painter.begin(&pdf)) return "Cannot write " + path;
     const QRect page = painter.viewport();
-    PaintPicture(painter, QRectF(page), calls);
+    paint(painter, QRectF(page));
     painter.end();
     return {};
   }
   return "Unknown picture type \"" + ext.toStdString() + "\": use .png, .svg or .pdf";
+}
+
+}  // namespace
+
+std::string WritePictureFile(const std::vector<DrawCall>& calls, const std::string& path, PictureSize size) {
+  return WritePicture([&calls](QPainter& p, const QRectF& area) { PaintPicture(p, area, calls); }, path, size);
+}
+
+std::string WritePictureFile(const PlotPresentation& plot, const std::string& path, PictureSize size) {
+  return WritePicture([&plot](QPainter& p, const QRectF& area) { PaintPlot(p, area, plot); }, path, size);
 }
 
 }  // namespace voltrix

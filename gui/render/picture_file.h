@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "model/headless_platform.h"
+#include "ui/plot_presentation.h"
 
 namespace voltrix {
 
@@ -16,5 +17,8 @@ struct PictureSize {
 
 // Returns an empty text on success, else what went wrong, in the user's words.
 std::string WritePictureFile(const std::vector<DrawCall>& calls, const std::string& path, PictureSize size = {});
+
+// The plot as the window presents it: zoomed, with its legend and panel.
+std::string WritePictureFile(const PlotPresentation& plot, const std::string& path, PictureSize size = {});
 
 }  // namespace voltrix

@@ -3,6 +3,7 @@
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPen>
+#include <QPolygonF>
 #include <algorithm>
 #include <cmath>
 
@@ -95,7 +96,123 @@ class TextPlaces {
   std::vector<QRectF> painted_;
 };
 
+// Curve rows in their looks. A joined line is gathered into one polyline so
+// that its dashes run on from segment to segment; dots become markers.
+class RowInk {
+ public:
+  RowInk(QPainter& painter, const std::vector<DrawCall>& calls, const PictureStyle& style, QPen& ink)
+      : painter_(painter), calls_(calls), style_(style), ink_(ink) {}
+  bool active() const { return row_ > 0; }
+
+  // Before call i: a row that begins there changes the pen.
+  void before(std::size_t i) {
+    if (!style_.colourRows) return;
+    while (next_ < style_.rows.size() && style_.rows[next_].at <= i) begin(style_.rows[next_++].row, i);
+  }
+  void point(const QPointF& p) {
+    flush();
+    if (joined_) {  // the start of a joined line is no data marker
+      painter_.drawPoint(p);
+      return;
+    }
+    DrawMarker(painter_, p, look_.marker, look_.colour);
+  }
+  void line(const QPointF& p, const QPointF& q) {
+    if (path_.isEmpty() || path_.last() != p) {
+      flush();
+      path_ << p;
+    }
+    path_ << q;
+  }
+  void flush() {
+    if (path_.size() < 2) {
+      path_.clear();
+      return;
+    }
+    QPen pen = painter_.pen();
+    pen.setStyle(look_.dash);
+    painter_.save();
+    painter_.setPen(pen);
+    painter_.drawPolyline(path_);
+    painter_.restore();
+    path_.clear();
+  }
+
+ private:
+  void begin(int row, std::size_t i) {
+    flush();
+    row_ = row;
+    if (row <= 0) {
+      painter_.setPen(ink_);
+      return;
+    }
+    look_ = LookOfRow(row, style_.ink);
+    joined_ = i + 1 < calls_.size() && calls_[i].op == "point" && calls_[i + 1].op == "line";
+    QPen pen(look_.colour);
+    pen.setWidthF(1.5);
+    pen.setCosmetic(true);
+    painter_.setPen(pen);
+  }
+
+  QPainter& painter_;
+  const std::vector<DrawCall>& calls_;
+  const PictureStyle& style_;
+  QPen& ink_;
+  std::size_t next_ = 0;
+  int row_ = 0;
+  bool joined_ = false;
+  RowLook look_;
+  QPolygonF path_;
+};
+
 }  // namespace
+
+RowLook LookOfRow(int row, const QColor& ink) {
+  // Okabe and Ito (2008): blue, vermillion, bluish green, reddish purple, orange.
+  static const QColor palette[] = {QColor(0, 114, 178), QColor(213, 94, 0), QColor(0, 158, 115),
+                                   QColor(204, 121, 167), QColor(230, 159, 0)};
+  static const Qt::PenStyle dashes[] = {Qt::SolidLine,   Qt::DashLine,       Qt::DotLine,
+                                        Qt::DashDotLine, Qt::DashDotDotLine, Qt::DashLine};
+  static const Marker markers[] = {Marker::Dot, Marker::Diamond, Marker::Plus, Marker::Cross, Marker::Triangle,
+                                   Marker::Square};
+  const int k = std::clamp(row, 1, 6) - 1;
+  return {k == 0 ? ink : palette[k - 1], dashes[k], markers[k]};
+}
+
+void DrawMarker(QPainter& painter, const QPointF& at, Marker marker, const QColor& colour) {
+  constexpr double r = 2.5;
+  painter.save();
+  QPen pen(colour);
+  pen.setWidthF(1.2);
+  pen.setCosmetic(true);
+  painter.setPen(pen);
+  painter.setBrush(Qt::NoBrush);
+  switch (marker) {
+    case Marker::Dot:
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(colour);
+      painter.drawEllipse(at, 1.4, 1.4);
+      break;
+    case Marker::Diamond:
+      painter.drawPolygon(QPolygonF({at + QPointF(0, -r), at + QPointF(r, 0), at + QPointF(0, r), at + QPointF(-r, 0)}));
+      break;
+    case Marker::Plus:
+      painter.drawLine(at + QPointF(-r, 0), at + QPointF(r, 0));
+      painter.drawLine(at + QPointF(0, -r), at + QPointF(0, r));
+      break;
+    case Marker::Cross:
+      painter.drawLine(at + QPointF(-r, -r), at + QPointF(r, r));
+      painter.drawLine(at + QPointF(-r, r), at + QPointF(r, -r));
+      break;
+    case Marker::Triangle:
+      painter.drawPolygon(QPolygonF({at + QPointF(0, -r), at + QPointF(r, r), at + QPointF(-r, r)}));
+      break;
+    case Marker::Square:
+      painter.drawRect(QRectF(at - QPointF(r * 0.8, r * 0.8), at + QPointF(r * 0.8, r * 0.8)));
+      break;
+  }
+  painter.restore();
+}
 
 void PaintPicture(QPainter& painter, const QRectF& area, const std::vector<DrawCall>& calls,
                   const PictureStyle& style) {
@@ -116,8 +233,10 @@ void PaintPicture(QPainter& painter, const QRectF& area, const std::vector<DrawC
   const QRectF reach = area.adjusted(-area.width() - 10, -area.height() - 10, area.width() + 10, area.height() + 10);
   QPointF text = area.topLeft();  // where the next printed line starts
   TextPlaces labels(metrics);
+  RowInk rows(painter, calls, style, pen);
   for (const DrawCall& c : calls) {
     const auto& a = c.args;
+    rows.before(static_cast<std::size_t>(&c - calls.data()));
     if (c.op == "scale") {
       mapper.setScale(a);
     } else if (c.op == "textpos" && a.size() >= 2) {
@@ -133,6 +252,10 @@ void PaintPicture(QPainter& painter, const QRectF& area, const std::vector<DrawC
     } else if (c.op == "point" && a.size() >= 2) {
       const QPointF p = mapper.map(a[0], a[1]);
       if (!Finite(p) || !reach.contains(p)) continue;
+      if (rows.active()) {
+        rows.point(p);
+        continue;
+      }
       painter.save();
       painter.setPen(Qt::NoPen);
       painter.setBrush(style.ink);
@@ -140,7 +263,12 @@ void PaintPicture(QPainter& painter, const QRectF& area, const std::vector<DrawC
       painter.restore();
     } else if (c.op == "line" && a.size() >= 4) {
       QPointF p = mapper.map(a[0], a[1]), q = mapper.map(a[2], a[3]);
-      if (Finite(p) && Finite(q) && ClipLine(reach, p, q)) painter.drawLine(p, q);
+      if (!Finite(p) || !Finite(q) || !ClipLine(reach, p, q)) continue;
+      if (rows.active()) {
+        rows.line(p, q);
+      } else {
+        painter.drawLine(p, q);
+      }
     } else if (c.op == "box" && a.size() >= 4) {
       const QPointF p = mapper.map(a[0], a[1]), q = mapper.map(a[2], a[3]);
       if (!Finite(p) || !Finite(q)) continue;
@@ -159,6 +287,7 @@ void PaintPicture(QPainter& painter, const QRectF& area, const std::vector<DrawC
       painter.setPen(pen);
     }
   }
+  rows.flush();
   painter.restore();
 }
 

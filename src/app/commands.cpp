@@ -1,5 +1,6 @@
 #include "app/commands.h"
 
+#include "app/curve_labels.h"
 #include "model/platform.h"
 #include "ui/main_form.h"
 #include "ui/workbench.h"
@@ -14,6 +15,9 @@ void BindMenuCommands(Workbench& wb) {
   BindPictureCommands(wb);
   BindAnalysisCommands(wb);
   BindFitCommands(wb);
+  BindParameterCommands(wb);
+  // Last: it wraps the handlers bound above.
+  BindCurveLabels(wb);
 }
 
 void BindNotAvailable(Workbench& wb, const std::string& menuName) {

@@ -18,6 +18,7 @@ void BindFileCommands(Workbench& wb);      // "&Save...", "&Import Data...", "&E
 void BindPictureCommands(Workbench& wb);   // "&Copy to Clipboard", "&Print"
 void BindAnalysisCommands(Workbench& wb);  // "&Analysis" menu
 void BindFitCommands(Workbench& wb);       // fits and separation
+void BindParameterCommands(Workbench& wb);  // "&Open Parameters..."
 
 // Binds a handler that tells the user the command does not exist yet.
 void BindNotAvailable(Workbench& wb, const std::string& menuName);

@@ -26,10 +26,10 @@ class ScriptedFileDialog : public FileDialog {
  public:
   std::optional<std::string> ask(DialogMode mode, const std::string& filter) override {
     asked.push_back({mode, filter});
-    if (answers.empty()) return std::nullopt;
+    if (answers.empty()) return answered(std::nullopt);
     std::string a = answers.front();
     answers.pop_front();
-    return a;
+    return answered(a);
   }
   struct Request {
     DialogMode mode;
@@ -60,6 +60,14 @@ struct DrawCall {
   std::string text;
 };
 
+// Where a curve row begins in a picture: at call `at` (counted from the
+// picture's first call) row `row` begins; row 0 ends the curves.
+struct RowMark {
+  std::size_t at = 0;
+  int row = 0;
+  bool operator==(const RowMark&) const = default;
+};
+
 class RecordingSurface : public DrawingSurface {
  public:
   void show() override { calls.push_back({"show", {}, {}}); }
@@ -72,6 +80,8 @@ class RecordingSurface : public DrawingSurface {
     calls.erase(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(drop));
     calls.push_back({"clear", {}, {}});
     ++clears;
+    pictureStart = calls.size();
+    rowMarks.clear();
   }
   void setScale(float l, float t, float r, float b) override { calls.push_back({"scale", {l, t, r, b}, {}}); }
   void setTextPosition(float x, float y) override { calls.push_back({"textpos", {x, y}, {}}); }
@@ -80,8 +90,12 @@ class RecordingSurface : public DrawingSurface {
   void line(float x1, float y1, float x2, float y2) override { calls.push_back({"line", {x1, y1, x2, y2}, {}}); }
   void box(float x1, float y1, float x2, float y2) override { calls.push_back({"box", {x1, y1, x2, y2}, {}}); }
   void setDashed(bool d) override { calls.push_back({"dashed", {d ? 1.0f : 0.0f}, {}}); }
+  void curveRow(int row) override { rowMarks.push_back({calls.size() - pictureStart, row}); }
   std::vector<DrawCall> calls;
   int clears = 0;  // every clear since the start: one per plot
+  // The rows of the picture since the last clear, counted as LastPicture counts.
+  std::vector<RowMark> rowMarks;
+  std::size_t pictureStart = 0;
 };
 
 class CountingPictureOutput : public PictureOutput {

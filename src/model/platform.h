@@ -23,6 +23,20 @@ class FileDialog {
   virtual ~FileDialog() = default;
   // filter is "label|pattern|label|pattern". No value means cancelled.
   virtual std::optional<std::string> ask(DialogMode mode, const std::string& filter) = 0;
+  // The file the last ask gave, none after a cancel: a command can name what
+  // it read by it.
+  const std::optional<std::string>& lastAnswer() const { return last_; }
+  void forgetLastAnswer() { last_.reset(); }
+
+ protected:
+  // Implementations hand their answer back through here.
+  std::optional<std::string> answered(std::optional<std::string> file) {
+    last_ = std::move(file);
+    return last_;
+  }
+
+ private:
+  std::optional<std::string> last_;
 };
 
 class Clock {
@@ -53,6 +67,10 @@ class DrawingSurface {
   virtual void line(float x1, float y1, float x2, float y2) = 0;
   virtual void box(float x1, float y1, float x2, float y2) = 0;  // open box, two corners
   virtual void setDashed(bool dashed) = 0;
+  // The calls that follow draw curve row `row`; 0: no curve row. A surface
+  // may note it beside the picture (to colour and name rows); the picture
+  // itself is the same either way.
+  virtual void curveRow(int row) { (void)row; }
 };
 
 // What can be done with the finished picture of the plot window.

@@ -10,6 +10,7 @@ Control& MainForm::addMenu(const std::string& name, const std::string& caption, 
 
 MainForm::MainForm(Workbench&) : Form("MDIForm1", "Voltrix for Windows", {0, 0, 9600, 7200}) {
   Control& file = addMenu("mnuFile", "&File", nullptr);
+  addMenu("mnuOpen", "&Open Parameters...", &file);
   addMenu("mnuSave", "&Save...", &file);
   addMenu("mnuBar1", "-", &file);
   addMenu("mnuImport", "&Import Data...", &file);

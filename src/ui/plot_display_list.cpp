@@ -6,6 +6,7 @@ namespace voltrix {
 
 void DisplayList::add(DrawCall call) {
   calls_.push_back(std::move(call));
+  ++revision_;
   if (onChange) onChange();
 }
 
@@ -15,6 +16,8 @@ void DisplayList::show() {
 
 void DisplayList::clear() {
   calls_.clear();
+  rowMarks_.clear();
+  ++revision_;
   if (onChange) onChange();
 }
 
@@ -25,6 +28,7 @@ void DisplayList::point(float x, float y) { add({"point", {x, y}, {}}); }
 void DisplayList::line(float x1, float y1, float x2, float y2) { add({"line", {x1, y1, x2, y2}, {}}); }
 void DisplayList::box(float x1, float y1, float x2, float y2) { add({"box", {x1, y1, x2, y2}, {}}); }
 void DisplayList::setDashed(bool d) { add({"dashed", {d ? 1.0f : 0.0f}, {}}); }
+void DisplayList::curveRow(int row) { rowMarks_.push_back({calls_.size(), row}); }
 
 bool DisplayList::hasPicture() const {
   for (const DrawCall& c : calls_)

@@ -2,6 +2,7 @@
 // A drawing surface that keeps what is drawn on it as a list of calls, so
 // that the last picture can be painted again at any size: on screen after a
 // resize, on the clipboard, on a printer or into a file.
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -21,11 +22,16 @@ class DisplayList : public DrawingSurface {
   void line(float x1, float y1, float x2, float y2) override;
   void box(float x1, float y1, float x2, float y2) override;
   void setDashed(bool dashed) override;
+  void curveRow(int row) override;
 
   // The calls since the last clear, in order (show and clear left out).
   const std::vector<DrawCall>& calls() const { return calls_; }
   // True once anything visible has been drawn since the last clear.
   bool hasPicture() const;
+  // Where each curve row of the picture begins; kept beside the calls.
+  const std::vector<RowMark>& rowMarks() const { return rowMarks_; }
+  // Counts every change of the picture, for views that keep what they drew.
+  std::uint64_t revision() const { return revision_; }
 
   std::function<void()> onShow;    // the window should come into view
   std::function<void()> onChange;  // the picture changed
@@ -33,6 +39,8 @@ class DisplayList : public DrawingSurface {
  private:
   void add(DrawCall call);
   std::vector<DrawCall> calls_;
+  std::vector<RowMark> rowMarks_;
+  std::uint64_t revision_ = 0;
 };
 
 // The picture on a surface of a recording: the calls after the last clear.

@@ -59,6 +59,7 @@ void DrawCurves(Workbench& wb, DrawingSurface& s, double dx, double dy) {
   const long first = static_cast<long>(e.First), last = static_cast<long>(e.Last);
   const long curves = static_cast<long>(e.NCurves);
   for (long r = 1; r <= curves; ++r) {
+    s.curveRow(static_cast<int>(r));
     switch (st.LineStyle(r)) {
       case 1:
         for (long i = first; i <= last; ++i) s.point(F(st.XData(i)), F(st.YData(r, i)));
@@ -84,6 +85,7 @@ void DrawCurves(Workbench& wb, DrawingSurface& s, double dx, double dy) {
         break;
     }
   }
+  s.curveRow(0);
 }
 
 void Plot(Workbench& wb) {
