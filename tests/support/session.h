@@ -1,0 +1,47 @@
+#pragma once
+// The one set-up of a workbench for tests: the command line in process. A
+// script names forms, controls and menu commands as a user's session would
+// ("set FormIns.V=0.1; menu mnuSimulate"); what the result window prints
+// comes back on out, every message box on err as "message: TEXT".
+#include <cmath>
+#include <sstream>
+#include <string>
+
+#include "cli.h"
+
+namespace voltrix::test {
+
+// The reference set-up of the analytical engine: mechanism 1 with E0 0 V and
+// no pre-equilibration, so that B starts at 0.
+inline const std::string kAnalytical = "click FormMech.CheckDigital; set FormExpr.Eze(1)=0; set FormExpr.CheckPreEqu=0; ";
+// The same couple for the digital engine, swept at 0.1 V/s.
+inline const std::string kDigital = "set FormExpr.Eze(1)=0; set FormExpr.CheckPreEqu=0; set FormIns.V=0.1; ";
+
+struct Session {
+  std::ostringstream out, err;
+  Cli cli{out, err};
+  Workbench& wb = cli.workbench();
+  Experiment& e = wb.experiment;
+  CurveStore& s = wb.store;
+
+  explicit Session(const std::string& script = "") { run(script); }
+  // Statements separated by "; " or by line ends; a bad one fails the test.
+  Session& run(const std::string& script) {
+    std::string statements = script;
+    for (std::size_t at; (at = statements.find("; ")) != std::string::npos;) statements.replace(at, 2, "\n");
+    for (const std::string& statement : ScriptStatements(statements)) cli.run(statement);
+    return *this;
+  }
+  int points() const { return static_cast<int>(e.NData.value()); }
+  // A point of the curve in hand, or of another row.
+  double y(int i, int row = 0) { return s.YData(row ? row : static_cast<long>(e.CurNo), i); }
+  // The point of largest size of the curve in hand, the first on ties.
+  int peak() {
+    int best = 1;
+    for (int i = 2; i <= points(); ++i)
+      if (std::fabs(y(i)) > std::fabs(y(best))) best = i;
+    return best;
+  }
+};
+
+}  // namespace voltrix::test
