@@ -1,0 +1,131 @@
+// What only the desktop program's widgets can show, on the offscreen
+// platform: the menu tree following the model, typing into bound boxes, a
+// simulation drawn where the scale puts it, and the picture files.
+#include <QCheckBox>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QPainter>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include "main_window.h"
+#include "model/number_format.h"
+#include "plot_view.h"
+#include "render/picture_file.h"
+#include "render/picture_painter.h"
+#include "ui/form_ins.h"
+#include "ui/plot_display_list.h"
+#include "ui/plot_engine.h"
+#include "ui/workbench.h"
+
+using namespace voltrix;
+
+namespace {
+
+int DarkPixels(const QImage& img, const QRect& r) {
+  int n = 0;
+  for (int y = r.top(); y <= r.bottom(); ++y)
+    for (int x = r.left(); x <= r.right(); ++x) n += qGray(img.pixel(x, y)) < 128;
+  return n;
+}
+
+}  // namespace
+
+class GuiTest : public QObject {
+  Q_OBJECT
+ private slots:
+  void menusAndBoxesFollowTheModel() {
+    MainWindow window;
+    window.show();
+    QStringList titles;
+    for (QAction* a : window.menuBar()->actions()) titles << a->text();
+    QCOMPARE(titles, QStringList({"&File", "&Input", "&Run", "&Display", "&Analysis", "&Help"}));
+    QVERIFY(!window.action("mnuDisplay")->isEnabled());
+    window.action("mnuMechamism")->trigger();
+    auto* digital = window.window("FormMech")->widget()->findChild<QCheckBox*>("CheckDigital");
+    QTest::mouseClick(digital, Qt::LeftButton, {}, QPoint(5, digital->height() / 2));
+    QVERIFY(window.action("mnuTheoPeak")->isEnabled());  // analytical mode
+    QTest::mouseClick(digital, Qt::LeftButton, {}, QPoint(5, digital->height() / 2));
+    QVERIFY(!window.action("mnuTheoPeak")->isEnabled());
+    // Typing into the boxes runs their change events: td = Estep / V.
+    window.action("mnuInstrument")->trigger();
+    QWidget* form = window.window("FormIns")->widget();
+    for (auto [name, text] : {std::pair{"V", "0.5"}, {"Estep", "0.01"}}) {
+      auto* box = form->findChild<QLineEdit*>(name);
+      box->selectAll();
+      QTest::keyClick(box, Qt::Key_Delete);
+      QTest::keyClicks(box, text);
+    }
+    QCOMPARE(Val(form->findChild<QLineEdit*>("td")->text().toStdString()), 0.02);
+    window.workbench().formIns().control("V").setText("0.25");  // and the model reaches the widget
+    QCOMPARE(Val(form->findChild<QLineEdit*>("td")->text().toStdString()), 0.04);
+  }
+
+  // A simulation draws a wave inside the frame; the plot is saved, copied and
+  // printed as the picture it is.
+  void simulationIsDrawnAndSaved() {
+    MainWindow window;
+    QTemporaryDir dir;
+    std::vector<std::string> answers = {dir.filePath("wave.svg").toStdString(), dir.filePath("wave").toStdString()};
+    window.platform().files.intercept = [&](DialogMode, const std::string&) -> std::optional<std::string> {
+      std::string a = answers.front();
+      answers.erase(answers.begin());
+      return a;
+    };
+    window.show();
+    window.action("mnuSimulate")->trigger();
+    QVERIFY(window.action("mnuDisplay")->isEnabled());
+    QVERIFY(!QApplication::overrideCursor());
+    auto* view = qobject_cast<PlotView*>(window.window("FormPlot")->widget());
+    const QImage img = view->grab().toImage();
+    QVERIFY(DarkPixels(img, QRect(img.width() / 12 + 4, img.height() / 6, img.width() * 5 / 6 - 8, img.height() / 2)) > 20);
+    view->saveAs();
+    view->saveAs();  // a name without a type becomes a PNG
+    QFile svg(dir.filePath("wave.svg"));
+    QVERIFY(svg.open(QIODevice::ReadOnly) && svg.readAll().contains("E /V"));
+    QCOMPARE(QImage(dir.filePath("wave.png")).size(), view->size());
+    window.action("mnuCopyto")->trigger();
+    QCOMPARE(QGuiApplication::clipboard()->image().size(), view->size());
+  }
+
+  // The frame lands where the scale puts it: 1/12 of the width in from each
+  // side (margins of 10 % of the X range), 1.5 of the 8.3 decades of the
+  // scale below the top.
+  void frameLandsWhereTheScalePutsIt() {
+    HeadlessPlatform platform;
+    Workbench wb(platform.platform());
+    wb.experiment.First = 1;
+    wb.experiment.Last = 61;
+    wb.experiment.NCurves = 1;
+    for (int i = 1; i <= 61; ++i) wb.store.XData(i) = 0.3 - 0.01 * (i - 1);  // a flat curve at 3.2e-5 A
+    for (int i = 1; i <= 61; ++i) wb.store.YData(1, i) = 3.2e-5;
+    PlotCurves(wb);
+    QImage img(1200, 830, QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&img);
+    PaintPicture(painter, QRectF(0, 0, 1200, 830), LastPicture(platform.plot.calls));
+    painter.end();
+    QVERIFY(DarkPixels(img, QRect(99, 380, 2, 41)) > 30);    // left edge, x = 1200 / 12
+    QVERIFY(DarkPixels(img, QRect(1099, 380, 2, 41)) > 30);  // right edge
+    QVERIFY(DarkPixels(img, QRect(400, 149, 100, 2)) > 80);  // top edge, 1.5 / 8.3 of the height
+    QCOMPARE(DarkPixels(img, QRect(50, 380, 1, 41)), 0);      // beside the frame: background
+    QVERIFY(DarkPixels(img, QRect(590, 229, 20, 3)) > 0);    // the curve, 2.3 decades below the top of the scale
+  }
+
+  void cliPlotWritesAPicture() {
+    QTemporaryDir dir;
+    QProcess p;
+    p.start(qEnvironmentVariable("VOLTRIX_CLI"), {"menu mnuSimulate", "plot " + dir.filePath("out.png")});
+    QVERIFY(p.waitForFinished(120000));
+    QCOMPARE(p.exitCode(), 0);
+    const QImage img(dir.filePath("out.png"));
+    const int x = img.width() / 12, mid = img.height() / 2;
+    QVERIFY(DarkPixels(img, QRect(x - 1, mid - 10, 2, 21)) > 15);  // the frame's left edge
+    QVERIFY(!WritePictureFile({}, dir.filePath("p.bmpx").toStdString()).empty());
+  }
+};
+
+QTEST_MAIN(GuiTest)
+#include "gui_test.moc"
