@@ -10,7 +10,6 @@
 
 #include "analytic/electrode_responses.h"
 #include "analytic/row_transforms.h"
-#include "analytic/run_steps.h"
 #include "analytic/scaled_erfc.h"
 #include "model/curve_store.h"
 #include "support/expect_close.h"
@@ -149,39 +148,6 @@ TEST(RowTransforms, DerivativesIntegralsAndTheirRoundTrip) {
   EXPECT_THROW(DifferentiateRow(flat.x.data(), flat.y.data(), 10), RunError);
   EXPECT_EQ(flat.y[5], 1.0);
   EXPECT_THROW(IntegrateRow(r.x.data(), r.y.data(), kMaxPoints + 1), RunError);
-}
-
-// The potential axis: counts, ties to even, the mirrored return scan.
-TEST(PotentialGrid, CountsTiesAndTheReturnScan) {
-  const struct {
-    double estart, eend, estep, cycles;
-    int dirSign, nHalf, nData;
-  } cases[] = {{0.3, -0.3, 0.005, 0.5, -1, 121, 121},  {0.3, -0.3, 0.005, 1, -1, 121, 242},
-               {0.3, -0.3, 0.005, 2, -1, 121, 484},    {0.1, 0.1, 0.005, 0.5, -1, 1, 1},
-               {0, 60.25, 0.5, 0.5, 1, 121, 121},      {0, 60.75, 0.5, 0.5, 1, 123, 123},  // 120.5, 121.5 steps
-               {0, 0.3, 0.1, 0.5, 1, 4, 4}};
-  for (const auto& c : cases) {
-    Experiment e;
-    e.Estart = c.estart;
-    e.Eend = c.eend;
-    e.Estep = c.estep;
-    e.Cycles = c.cycles;
-    XAxis X;
-    BuildPotentialGrid(e, X);
-    EXPECT_EQ(e.dirSign, c.dirSign) << c.eend << " " << c.cycles;
-    EXPECT_EQ(e.NHalf, c.nHalf) << c.eend << " " << c.cycles;
-    EXPECT_EQ(e.NData, c.nData) << c.eend << " " << c.cycles;
-    EXPECT_DOUBLE_EQ(X(c.nHalf), c.estart + c.dirSign * c.estep * (c.nHalf - 1));
-    for (int i = 1; i <= c.nData - c.nHalf; ++i) ASSERT_EQ(X(c.nHalf + i), X(i <= c.nHalf ? c.nHalf + 1 - i : i - c.nHalf));
-  }
-  Experiment big;
-  big.Estart = 0;
-  big.Eend = -1;
-  big.Estep = 0.00025;  // 4001 points
-  big.Cycles = 0.5;
-  XAxis X;
-  EXPECT_THROW(BuildPotentialGrid(big, X), RunError);
-  EXPECT_DOUBLE_EQ(X(4000), -0.99975);
 }
 
 }  // namespace

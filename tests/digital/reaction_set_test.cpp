@@ -50,12 +50,11 @@ TEST(ReactionSet, DimerisationKeepsMatterAndItsDerivative) {
   EXPECT_CLOSE(rate[2], -2 * (5000 * 4e-4 * 4e-4 - 0.5 * 2e-4), 1e-12);
   EXPECT_NEAR(rate[2] + 2 * rate[3], 0, 1e-18);
   for (int j = 1; j <= 3; ++j) {
-    double up[kMaxSpecies + 1], down[kMaxSpecies + 1];
-    double cu[kMaxSpecies + 1] = {0, c[1], c[2], c[3]}, cd[kMaxSpecies + 1] = {0, c[1], c[2], c[3]};
+    double up[kMaxSpecies + 1], down[kMaxSpecies + 1], cu[kMaxSpecies + 1] = {0, c[1], c[2], c[3]};
     cu[j] += 1e-7;
-    cd[j] -= 1e-7;
     HomogeneousRates(set, cu, up);
-    HomogeneousRates(set, cd, down);
+    cu[j] -= 2e-7;
+    HomogeneousRates(set, cu, down);
     for (int i = 1; i <= 3; ++i) EXPECT_NEAR(jac[i][j], (up[i] - down[i]) / 2e-7, 1e-6) << i << "," << j;
   }
 }
@@ -78,7 +77,9 @@ TEST(ReactionSet, RefusesReactionsThatCannotBeMeant) {
       {"empty side", [](Experiment& e) { e.ChargeMap(1, 2) = 0; }},
       {"same species both sides", [](Experiment& e) { e.ChargeMap(1, 2) = 1; }},
       {"dimer back to itself", [](Experiment& e) { e.Chem2Map(1, 3) = 2, e.Chem2Map(1, 4) = 2; }},
-      {"no diffusion", [](Experiment& e) { e.D(2) = 0; }},
+      {"no diffusion of the last species", [](Experiment& e) { e.D(3) = 0; }},
+      {"a negative concentration", [](Experiment& e) { e.C(3) = -1e-3; }},
+      {"no electrons", [](Experiment& e) { e.NEL(1) = 0; }},
       {"nothing present", [](Experiment& e) { e.C(1) = 0; }},
   };
   for (const Case& c : cases) {

@@ -6,7 +6,6 @@
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMenuBar>
-#include <QPainter>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -15,10 +14,7 @@
 #include "model/number_format.h"
 #include "plot_view.h"
 #include "render/picture_file.h"
-#include "render/picture_painter.h"
 #include "ui/form_ins.h"
-#include "ui/plot_display_list.h"
-#include "ui/plot_engine.h"
 #include "ui/workbench.h"
 
 using namespace voltrix;
@@ -91,29 +87,6 @@ class GuiTest : public QObject {
     QCOMPARE(QGuiApplication::clipboard()->image().size(), view->size());
   }
 
-  // The frame lands where the scale puts it: 1/12 of the width in from each
-  // side (margins of 10 % of the X range), 1.5 of the 8.3 decades of the
-  // scale below the top.
-  void frameLandsWhereTheScalePutsIt() {
-    HeadlessPlatform platform;
-    Workbench wb(platform.platform());
-    wb.experiment.First = 1;
-    wb.experiment.Last = 61;
-    wb.experiment.NCurves = 1;
-    for (int i = 1; i <= 61; ++i) wb.store.XData(i) = 0.3 - 0.01 * (i - 1);  // a flat curve at 3.2e-5 A
-    for (int i = 1; i <= 61; ++i) wb.store.YData(1, i) = 3.2e-5;
-    PlotCurves(wb);
-    QImage img(1200, 830, QImage::Format_ARGB32_Premultiplied);
-    QPainter painter(&img);
-    PaintPicture(painter, QRectF(0, 0, 1200, 830), LastPicture(platform.plot.calls));
-    painter.end();
-    QVERIFY(DarkPixels(img, QRect(99, 380, 2, 41)) > 30);    // left edge, x = 1200 / 12
-    QVERIFY(DarkPixels(img, QRect(1099, 380, 2, 41)) > 30);  // right edge
-    QVERIFY(DarkPixels(img, QRect(400, 149, 100, 2)) > 80);  // top edge, 1.5 / 8.3 of the height
-    QCOMPARE(DarkPixels(img, QRect(50, 380, 1, 41)), 0);      // beside the frame: background
-    QVERIFY(DarkPixels(img, QRect(590, 229, 20, 3)) > 0);    // the curve, 2.3 decades below the top of the scale
-  }
-
   void cliPlotWritesAPicture() {
     QTemporaryDir dir;
     QProcess p;
@@ -122,7 +95,7 @@ class GuiTest : public QObject {
     QCOMPARE(p.exitCode(), 0);
     const QImage img(dir.filePath("out.png"));
     const int x = img.width() / 12, mid = img.height() / 2;
-    QVERIFY(DarkPixels(img, QRect(x - 1, mid - 10, 2, 21)) > 15);  // the frame's left edge
+    QVERIFY(DarkPixels(img, QRect(x - 1, mid - 10, 2, 21)) > 15);  // the frame's left edge: 10 % of the X range in
     QVERIFY(!WritePictureFile({}, dir.filePath("p.bmpx").toStdString()).empty());
   }
 };
