@@ -27,29 +27,17 @@ struct DigitalCase {
 
   DigitalCase() {
     typed({"A", "B"});
-    e.Technique = 1;
-    e.Electrode = 1;
-    e.Cycles = 0.5;
-    e.Estart = 0.3;
-    e.Eend = -0.3;
-    e.Estep = 0.005;
-    e.td = 0.05;  // 0.1 V/s
-    e.tp = 0.05;
-    e.Epulse = -0.05;
-    e.ARE = 1;
-    e.radius = 0.2821;
-    e.TempK = 298.14;
-    for (int r = 1; r <= 3; ++r) {
-      e.alph(r) = 0.5;
-      e.ks(r) = 1e4;
-      e.NEL(r) = 1;
-      e.Eze(r) = 0;
-    }
+    const std::pair<Field*, double> fields[] = {
+        {&e.Technique, 1}, {&e.Electrode, 1}, {&e.Cycles, 0.5},    {&e.Estart, 0.3}, {&e.Eend, -0.3},       {&e.Estep, 0.005},
+        {&e.td, 0.05},  // 0.1 V/s
+        {&e.tp, 0.05},     {&e.Epulse, -0.05}, {&e.ARE, 1},        {&e.radius, 0.2821}, {&e.TempK, 298.14}};
+    for (auto [field, value] : fields) *field = value;
+    for (int r = 1; r <= 3; ++r)
+      for (auto [field, value] : {std::pair{&e.alph(r), 0.5}, {&e.ks(r), 1e4}, {&e.NEL(r), 1.0}, {&e.Eze(r), 0.0}}) *field = value;
     for (int i = 1; i <= 6; ++i) {
       e.D(i) = 1e-5;
-      e.C(i) = 0;
+      e.C(i) = i == 1 ? 1e-3 : 0;
     }
-    e.C(1) = 1e-3;
   }
 
   double fRT() const { return (kF / kR) / e.TempK.value(); }
