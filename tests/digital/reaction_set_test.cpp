@@ -10,26 +10,17 @@ namespace {
 // A + e = B, then B + B = C (a dimerisation), as the compiler numbers them.
 Experiment Dimerisation() {
   Experiment e;
-  e.NSpecies = 3;
-  e.NCharge = 1;
-  e.NChem = 0;
-  e.NChem2 = 1;
+  const std::pair<Field*, double> fields[] = {
+      {&e.NSpecies, 3}, {&e.NCharge, 1}, {&e.NChem, 0}, {&e.NChem2, 1}, {&e.C(1), 2e-3}, {&e.C(2), 0}, {&e.C(3), 0},
+      {&e.NEL(1), 1},   {&e.ks(1), 1},   {&e.alph(1), 0.5}, {&e.Eze(1), 0}, {&e.kf(1), 10}, {&e.kb(1), 0.5},
+      {&e.fRT, 96484.6 / 8.31441 / 298.14}};
+  for (auto [field, value] : fields) *field = value;
+  for (int i = 1; i <= 3; ++i) e.D(i) = 1e-5;
   e.ChargeMap(1, 1) = 1;
   e.ChargeMap(1, 2) = 2;
   e.Chem2Map(1, 1) = 2;
   e.Chem2Map(1, 2) = 2;
   e.Chem2Map(1, 3) = 3;
-  for (int i = 1; i <= 3; ++i) e.D(i) = 1e-5;
-  e.C(1) = 2e-3;
-  e.C(2) = 0;
-  e.C(3) = 0;
-  e.NEL(1) = 1;
-  e.ks(1) = 1;
-  e.alph(1) = 0.5;
-  e.Eze(1) = 0;
-  e.kf(1) = 10;
-  e.kb(1) = 0.5;
-  e.fRT = 96484.6 / 8.31441 / 298.14;
   return e;
 }
 

@@ -3,9 +3,13 @@
 // script names forms, controls and menu commands as a user's session would
 // ("set FormIns.V=0.1; menu mnuSimulate"); what the result window prints
 // comes back on out, every message box on err as "message: TEXT".
+#include <gtest/gtest.h>
+
 #include <cmath>
+#include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "cli.h"
 
@@ -43,5 +47,41 @@ struct Session {
     return best;
   }
 };
+
+// Checks the sessions of a transcript (a file under tests/): each block of
+// "> statement" lines, up to an empty line, must show the lines that follow
+// the statements, in their order; "#" starts a comment line. Blanks at the
+// end of a line are not compared.
+inline void CheckTranscript(const std::string& name) {
+  std::ifstream file(std::string(VOLTRIX_TEST_DATA) + "/" + name);
+  ASSERT_TRUE(file.is_open()) << name;
+  const auto trimmed = [](std::string text) {
+    for (std::size_t at; (at = text.find(" \n")) != std::string::npos;) text.erase(at, 1);
+    return text;
+  };
+  std::string line, script;
+  std::vector<std::string> expected;
+  int number = 0, start = 0;
+  const auto check = [&] {
+    Session s(script);
+    const std::string shown = trimmed(s.out.str() + s.err.str());
+    std::size_t at = 0;
+    for (const std::string& e : expected) {
+      at = shown.find(trimmed(e + "\n"), at);
+      ASSERT_NE(at, std::string::npos) << name << ":" << start << " does not show \"" << e << "\" in order:\n" << shown;
+    }
+  };
+  while (std::getline(file, line)) {
+    ++number;
+    if (line.rfind("> ", 0) == 0 && script.empty()) start = number;
+    if (line.rfind("> ", 0) == 0) script += line.substr(2) + "\n";
+    if (line.rfind("> ", 0) != 0 && !line.empty() && line[0] != '#') expected.push_back(line);
+    if (!line.empty() || script.empty()) continue;
+    check();
+    script.clear();
+    expected.clear();
+  }
+  if (!script.empty()) check();
+}
 
 }  // namespace voltrix::test
