@@ -71,6 +71,7 @@ TEST(RunPhysics, PlateausAndPeaksOfTheClosedForms) {
       // h0 = 1 / (64 pi) V, so a fine step gives Randles-Sevcik * sqrt(h0 / h).
       {"set FormIns.Estep=0.0005", 0, 0, 2.6794035e-4, 3e-4},
       {"click FormTech.optTech(2); set FormIns.V=0.005", 0, 121, 1.7214050e-4, 1e-5},  // Cottrell at td 1 s
+      {"click FormTech.optTech(2); set FormMech.NEL(1)=2", 0, 121, 2 * 2.4344343e-4, 1e-5},  // two electrons
       {"click FormTech.optTech(3); set FormIns.tp=0.2", 0, 121, 3.8491786e-4, 1e-5},   // Cottrell at tp 0.2 s
       {"click FormTech.optTech(2); click FormIns.optElectrode(8); set FormIns.TextRrate=400", 0, 121, 9.6790783e-5, 1e-5},
       {"click FormIns.optElectrode(7); set FormIns.Estep=0.001", 0, 0, 9.3886754e-5, 2e-4},  // thin layer

@@ -37,6 +37,7 @@ TEST(DigitalRun, AgreesWithTheClosedFormsOfElectrochemistry) {
       {"", Measure::PeakPotential, -0.0285, 0.005},  // 28.5 mV past E0
       {"click FormTech.optTech(2); set FormIns.V=0.01", Measure::End, Cottrell(0.5), 0.015},
       {"click FormTech.optTech(2); set FormIns.V=0.0005", Measure::End, Cottrell(10), 0.015},
+      {"click FormTech.optTech(2); set FormIns.V=0.01; set FormMech.NEL(1)=2", Measure::End, 2 * Cottrell(0.5), 0.015},
       {"click FormTech.optTech(3); set FormIns.V=0.01", Measure::End, Cottrell(0.05), 0.015},
       {"click FormTech.optTech(3)", Measure::End, Cottrell(0.05), 0.015},  // td = tp: samples at 1 and 10
       // The differential pulse lasts the last five substeps of tp / 4; a

@@ -32,26 +32,6 @@ TEST(CurveFile, LinesHaveTheYValueAtTheNextPrintZone) {
   EXPECT_FALSE(WriteCurve(beyond, s, 3990, 4001, 3));
 }
 
-TEST(CurveFile, RoundTripKeepsFifteenSignificantDigits) {
-  CurveStore s, back;
-  std::mt19937_64 random(20261122);
-  std::uniform_real_distribution<double> mantissa(-10, 10);
-  std::uniform_int_distribution<int> exponent(-12, 3);
-  for (int i = 1; i <= 4000; ++i) {
-    s.XData(i) = mantissa(random) * std::pow(10.0, exponent(random));
-    s.YData(1, i) = mantissa(random) * std::pow(10.0, exponent(random));
-  }
-  std::stringstream file;
-  ASSERT_TRUE(WriteCurve(file, s, 1, 4000, 1));
-  const CurveReadResult read = ReadCurve(file, back, 2);
-  ASSERT_TRUE(read.ok) << read.description;
-  EXPECT_EQ(read.points, 4000);
-  for (int i = 1; i <= 4000; ++i) {
-    ASSERT_NEAR(back.XData(i), s.XData(i), 5e-15 * std::fabs(s.XData(i))) << i;
-    ASSERT_NEAR(back.YData(2, i), s.YData(1, i), 5e-15 * std::fabs(s.YData(1, i))) << i;
-  }
-}
-
 // Files from elsewhere: every common variant reads as the same three points,
 // and every fault carries the platform's description.
 TEST(CurveFile, VariantsAndFaultsOfFilesFromElsewhere) {
