@@ -1,6 +1,6 @@
-// Random but plausible inputs through the forms and "&Simulate" in digital
-// mode: whatever is typed, the program survives, every curve stays finite,
-// and every failure ends in one of the run's messages.
+// Random but plausible inputs through the forms and "&Simulate", a third of
+// the runs analytical: whatever is typed, the program survives, every curve
+// stays finite, and every failure ends in one of the run's messages.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -19,7 +19,7 @@ const char* const kMechanisms[] = {
     "chem(1)=B; chem(2)=C; chem2(1)=B; chem2(2)=Z; chem2(3)=A; chem2(4)=Y",
     "charge(1)=?; charge(2)=?; charge(3)=?; charge(4)=?; charge(5)=?; chem(1)=?; chem(2)=?; chem(5)=?; chem2(1)=?; chem2(3)=?"};
 
-TEST(DigitalRobustness, RandomInputsThroughTheFormsNeverBreakARun) {
+TEST(Robustness, RandomInputsThroughTheFormsNeverBreakARun) {
   std::mt19937 rng(20261122);
   auto uniform = [&](double lo, double hi) { return std::uniform_real_distribution<double>(lo, hi)(rng); };
   auto text = [](double x) {
@@ -36,6 +36,7 @@ TEST(DigitalRobustness, RandomInputsThroughTheFormsNeverBreakARun) {
     for (std::size_t at; (at = mechanism.find('?')) != std::string::npos;) mechanism.replace(at, 1, std::string(1, "ABCDEFG"[rng() % 7]));
     std::string script = mechanism.empty() ? "" : "set FormMech." + mechanism;
     for (std::size_t at = 0; (at = script.find("; ", at)) != std::string::npos; at += 2) script.insert(at + 2, "set FormMech.");
+    if (rng() % 3 == 0) script += "; click FormMech.CheckDigital; click FormMech.mech(" + one(8) + ")";
     const double start = uniform(-1, 1), end = uniform(-1, 1), tp = std::pow(10.0, uniform(-3, -0.5));
     const int technique = 1 + static_cast<int>(rng() % 5);  // a sweep now and then finer than the store holds:
     const double step = technique > 1 || rng() % 5 ? std::max(std::fabs(end - start), 0.01) / (1 + rng() % 60) : std::pow(10.0, uniform(-3.5, -2.5));

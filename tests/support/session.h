@@ -9,16 +9,15 @@
 #include <fstream>
 #include <sstream>
 #include <string>
-#include <vector>
 
 #include "cli.h"
 
 namespace voltrix::test {
 
 // The reference set-up of the analytical engine: mechanism 1 with E0 0 V and
-// no pre-equilibration, so that B starts at 0.
+// no pre-equilibration, so that B starts at 0; and the same couple for the
+// digital engine, swept at 0.1 V/s.
 inline const std::string kAnalytical = "click FormMech.CheckDigital; set FormExpr.Eze(1)=0; set FormExpr.CheckPreEqu=0; ";
-// The same couple for the digital engine, swept at 0.1 V/s.
 inline const std::string kDigital = "set FormExpr.Eze(1)=0; set FormExpr.CheckPreEqu=0; set FormIns.V=0.1; ";
 
 struct Session {
@@ -30,11 +29,9 @@ struct Session {
 
   explicit Session(const std::string& script = "") { run(script); }
   // Statements separated by "; " or by line ends; a bad one fails the test.
-  Session& run(const std::string& script) {
-    std::string statements = script;
-    for (std::size_t at; (at = statements.find("; ")) != std::string::npos;) statements.replace(at, 2, "\n");
-    for (const std::string& statement : ScriptStatements(statements)) cli.run(statement);
-    return *this;
+  void run(std::string script) {
+    for (std::size_t at; (at = script.find("; ")) != std::string::npos;) script.replace(at, 2, "\n");
+    for (const std::string& statement : ScriptStatements(script)) cli.run(statement);
   }
   int points() const { return static_cast<int>(e.NData.value()); }
   // A point of the curve in hand, or of another row.
@@ -42,8 +39,7 @@ struct Session {
   // The point of largest size of the curve in hand, the first on ties.
   int peak() {
     int best = 1;
-    for (int i = 2; i <= points(); ++i)
-      if (std::fabs(y(i)) > std::fabs(y(best))) best = i;
+    for (int i = 2; i <= points(); ++i) best = std::fabs(y(i)) > std::fabs(y(best)) ? i : best;
     return best;
   }
 };
@@ -59,29 +55,25 @@ inline void CheckTranscript(const std::string& name) {
     for (std::size_t at; (at = text.find(" \n")) != std::string::npos;) text.erase(at, 1);
     return text;
   };
-  std::string line, script;
-  std::vector<std::string> expected;
-  int number = 0, start = 0;
-  const auto check = [&] {
+  std::string line, script, expected;
+  for (int number = 1, start = 1; std::getline(file, line); ++number) {
+    const bool statement = line.rfind("> ", 0) == 0;
+    start = statement && script.empty() ? number : start;
+    script += statement ? line.substr(2) + "\n" : "";
+    expected += !statement && !line.empty() && line[0] != '#' ? line + "\n" : "";
+    if (!line.empty() || script.empty()) continue;
     Session s(script);
     const std::string shown = trimmed(s.out.str() + s.err.str());
     std::size_t at = 0;
-    for (const std::string& e : expected) {
-      at = shown.find(trimmed(e + "\n"), at);
-      ASSERT_NE(at, std::string::npos) << name << ":" << start << " does not show \"" << e << "\" in order:\n" << shown;
+    std::istringstream lines(expected);
+    for (std::string want; std::getline(lines, want);) {
+      at = shown.find(trimmed(want + "\n"), at);
+      ASSERT_NE(at, std::string::npos) << name << ":" << start << " does not show \"" << want << "\" in order:\n" << shown;
     }
-  };
-  while (std::getline(file, line)) {
-    ++number;
-    if (line.rfind("> ", 0) == 0 && script.empty()) start = number;
-    if (line.rfind("> ", 0) == 0) script += line.substr(2) + "\n";
-    if (line.rfind("> ", 0) != 0 && !line.empty() && line[0] != '#') expected.push_back(line);
-    if (!line.empty() || script.empty()) continue;
-    check();
     script.clear();
     expected.clear();
   }
-  if (!script.empty()) check();
+  ASSERT_TRUE(script.empty()) << name << " must end with an empty line";
 }
 
 }  // namespace voltrix::test
