@@ -24,10 +24,8 @@ TEST(ReferenceRun, EveryTechniqueAtPlanarAndSphericalElectrodes) {
     int point;
     double x, last;  // last: the value at point 121
   } rows[] = {
-      {"", 8.5007e-5, 67, -0.03, 0},
-      {"set FormIns.ComboScan=cycle", 8.5007e-5, 67, -0.03, 0},
-      {"set FormIns.Estep=0.001", 1.8952e-4, 0, 0, 0},  // td follows as Estep / V
-      {"set FormIns.Estep=0.01", 6.0453e-5, 0, 0, 0},
+      {"", 8.5007e-5, 67, -0.03, 0},                     {"set FormIns.ComboScan=cycle", 8.5007e-5, 67, -0.03, 0},
+      {"set FormIns.Estep=0.001", 1.8952e-4, 0, 0, 0},  {"set FormIns.Estep=0.01", 6.0453e-5, 0, 0, 0},  // td = Estep / V
       {"click FormTech.optTech(2)", 2.4344e-4, 121, -0.3, 2.4344e-4},
       {"click FormTech.optTech(2); click FormIns.optElectrode(2)", 2.4686e-4, 121, -0.3, 2.4686e-4},
       {"click FormTech.optTech(3)", 7.6983e-4, 121, -0.3, 7.6983e-4},

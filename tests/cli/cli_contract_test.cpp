@@ -30,15 +30,11 @@ TEST(Cli, StatementsPrintWhatTheyShowAndStopAtTheFirstBadOne) {
       {{"help"}, 0, "  mnuSemiInte  S&emi-intergrate\n", ""},
       {{"show control FormIns.Estart", "bogus", "show control FormIns.Eend"}, 2,
        "FormIns.Estart: text=\"0.3\" value=0 visible=1 enabled=1\n", "bogus"},  // the statements before it ran
-      {{"set FormIns.ComboScan=3 cycles"}, 2, "", "3 cycles"},
-      {{"set FormMech.CheckDigital=yes"}, 2, "", "CheckDigital"},
+      {{"set FormIns.ComboScan=3 cycles"}, 2, "", "3 cycles"},      {{"set FormMech.CheckDigital=yes"}, 2, "", "CheckDigital"},
       {{"menu mnuFindPeak"}, 2, "", "mnuFindPeak"},  // disabled before the first curve
-      {{"menu mnuFly"}, 2, "", "mnuFly"},
-      {{"set FormNope.x=1"}, 2, "", "FormNope"},
-      {{"set FormIns.Nope=1"}, 2, "", "FormIns.Nope"},
-      {{"show control FormExpr.C(9)"}, 2, "", "C(9)"},
-      {{"set FormIns.Estart"}, 2, "", "set FormIns.Estart"},
-      {{"show control FormIns.C(x)"}, 2, "", "FormIns.C(x)"},
+      {{"menu mnuFly"}, 2, "", "mnuFly"},                        {{"set FormNope.x=1"}, 2, "", "FormNope"},
+      {{"set FormIns.Nope=1"}, 2, "", "FormIns.Nope"},           {{"show control FormExpr.C(9)"}, 2, "", "C(9)"},
+      {{"set FormIns.Estart"}, 2, "", "set FormIns.Estart"},     {{"show control FormIns.C(x)"}, 2, "", "FormIns.C(x)"},
       {{"-f", "/nonexistent/script"}, 2, "", ""},
   };
   for (const auto& c : cases) {

@@ -160,15 +160,10 @@ TEST(Marquardt, DampingBoundsAndFrozenParameters) {
   EXPECT_EQ(frozen.seen[0](1), 3 + lastStep);
 }
 
-TEST(Marquardt, FitsWithoutAnswerRaise) {
-  // No parameters: 26 evaluations, then a division by the parameter count.
-  CurveModel none({1, 2, 3}, [](double x, const ParameterVector&) { return x; });
-  OptimiserMemory memory;
-  ParameterVector b;
-  EXPECT_THROW(Fit(none, memory, 0, b, {1, 2, 4}), RunError);
-  EXPECT_EQ(none.seen.size(), 26u);
-  // A flat target matched exactly has no relative improvement.
+// A flat target matched exactly has no relative improvement to measure.
+TEST(Marquardt, AFlatTargetMatchedExactlyRaises) {
   CurveModel flat({1, 2, 3}, [](double, const ParameterVector& p) { return p(1); });
+  OptimiserMemory memory;
   ParameterVector two = Vec({2});
   EXPECT_THROW(Fit(flat, memory, 1, two, {2, 2, 2}), RunError);
 }

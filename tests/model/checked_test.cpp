@@ -28,8 +28,7 @@ TEST(CheckedArithmetic, EachFaultHasItsOwnDescription) {
     std::function<void()> call;
     const char* description;
   } cases[] = {
-      {"1 / 0", [] { Div(1, 0); }, "Division by zero"},
-      {"1e308 / 1e-308", [] { Div(1e308, 1e-308); }, "Overflow"},
+      {"1 / 0", [] { Div(1, 0); }, "Division by zero"},          {"1e308 / 1e-308", [] { Div(1e308, 1e-308); }, "Overflow"},
       {"ln 0", [] { Log(0); }, "Invalid argument (logarithm of a number not above 0)"},
       {"ln -1", [] { Log(-1); }, "Invalid argument (logarithm of a number not above 0)"},
       {"sqrt of a tiny negative", [] { Sqrt(-1e-300); }, "Invalid argument (square root of a negative number)"},
@@ -38,16 +37,12 @@ TEST(CheckedArithmetic, EachFaultHasItsOwnDescription) {
       {"0 ^ -1/6", [] { Pow(0, -1.0 / 6.0); }, "Division by zero"},
       {"(-8) ^ 1/3", [] { Pow(-8, 1.0 / 3.0); }, "Invalid argument (fractional power of a negative number)"},
       {"1e308 * 10", [] { Checked(1e308 * 10); }, "Overflow"},
-      {"CInt 32767.5", [] { CInt(32767.5); }, "Overflow"},
-      {"CInt -40000", [] { CInt(-40000); }, "Overflow"},
-      {"XData(4001)", [&] { s.XData(4001) = 1; }, "Subscript out of range"},
-      {"YData(7, 1)", [&] { s.YData(7, 1) = 1; }, "Subscript out of range"},
-      {"SurfC(8, 1)", [&] { s.SurfC(8, 1) = 1; }, "Subscript out of range"},
-      {"PeakCurrent(1, 21)", [&] { s.PeakCurrent(1, 21) = 1; }, "Subscript out of range"},
+      {"CInt 32767.5", [] { CInt(32767.5); }, "Overflow"},       {"CInt -40000", [] { CInt(-40000); }, "Overflow"},
+      {"XData(4001)", [&] { s.XData(4001) = 1; }, "Subscript out of range"},  {"YData(7, 1)", [&] { s.YData(7, 1) = 1; }, "Subscript out of range"},
+      {"SurfC(8, 1)", [&] { s.SurfC(8, 1) = 1; }, "Subscript out of range"},  {"PeakCurrent(1, 21)", [&] { s.PeakCurrent(1, 21) = 1; }, "Subscript out of range"},
       {"LineStyle(-1)", [&] { s.LineStyle(-1) = 1; }, "Subscript out of range"},
       // Not faults: an underflow gives 0, the last index of each table exists.
-      {"exp -800", [] { EXPECT_EQ(Exp(-800), 0.0); }, "no fault"},
-      {"(-8) ^ 3", [] { EXPECT_EQ(Pow(-2, 3), -8.0); }, "no fault"},
+      {"exp -800", [] { EXPECT_EQ(Exp(-800), 0.0); }, "no fault"},  {"(-2) ^ 3", [] { EXPECT_EQ(Pow(-2, 3), -8.0); }, "no fault"},
       {"sqrt 0", [] { EXPECT_EQ(Sqrt(0), 0.0); }, "no fault"},
       {"last points", [&] { s.XData(4000) = s.YSim(8, 4000) = s.YData(6, 4000) = s.SurfC(7, 4000) = 1; }, "no fault"},
   };
