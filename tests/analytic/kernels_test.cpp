@@ -53,7 +53,6 @@ TEST(Kernels, ReduceToTheTextbookLimits) {
     std::function<double()> kernel;
     double expected, rel;
   } cases[] = {
-      {"Cottrell, 2 e", [&] { return PlanarResponse(e, -0.5, 1e4, 0.5, 2, 0, kC, kS, 0.5, 0, kS); }, 2 * cottrell, 2e-6},
       {"oxidation of B", [&] { return PlanarResponse(e, 0.5, 1e4, 0.5, 1, 0, 0, kS, 0.5, kC, kS); }, -cottrell, 2e-6},
       {"kinetic limit", [&] { return PlanarResponse(e, -0.1, 1e-6, 0.5, 1, 0, kC, kS, 1e-3, 0, kS); },
        kC * 1e-6 * std::exp(0.5 * f * 0.1), 1e-3},
@@ -123,7 +122,7 @@ TEST(SemiDifferentiate, StraightLineGivesOneEighthOfItsHalfDerivative) {
   for (int i : {3, 50, 399}) EXPECT_CLOSE(r.y[i], 2 * std::sqrt(r.x[i] / kPi) / 8, 1e-12) << i;
 }
 
-TEST(RowTransforms, DerivativesIntegralsAndTheirRoundTrip) {
+TEST(RowTransforms, DerivativesAndIntegrals) {
   const double h = 0.05;
   Row q(20, 1, h, [](double x) { return 3 * x * x - 2 * x + 7; });
   DifferentiateRow(q.x.data(), q.y.data(), 20);
@@ -135,19 +134,12 @@ TEST(RowTransforms, DerivativesIntegralsAndTheirRoundTrip) {
   Row c(5, 0.3, -0.002, [](double) { return 3.0; });
   IntegrateRow(c.x.data(), c.y.data(), 5);
   for (int i = 1; i <= 5; ++i) EXPECT_CLOSE(c.y[i], 3 * 0.002 * i, 1e-12) << i;
-  // Differentiating the running sum gives the last point and neighbour means.
-  Row r(30, 0, 0.01, [](double x) { return std::cos(30 * x); });
-  const Row original = r;
-  IntegrateRow(r.x.data(), r.y.data(), 30);
-  DifferentiateRow(r.x.data(), r.y.data(), 30);
-  EXPECT_CLOSE(r.y[30], original.y[30], 1e-9);
-  for (int i = 2; i <= 29; ++i) EXPECT_CLOSE(r.y[i], (original.y[i] + original.y[i + 1]) / 2, 1e-9) << i;
   // Equal X values have no step: the row is left as it was.
   Row flat(10, 0.1, 0, [](double) { return 1.0; });
   EXPECT_THROW(SemiDifferentiateRow(flat.x.data(), flat.y.data(), 10), RunError);
   EXPECT_THROW(DifferentiateRow(flat.x.data(), flat.y.data(), 10), RunError);
   EXPECT_EQ(flat.y[5], 1.0);
-  EXPECT_THROW(IntegrateRow(r.x.data(), r.y.data(), kMaxPoints + 1), RunError);
+  EXPECT_THROW(IntegrateRow(c.x.data(), c.y.data(), kMaxPoints + 1), RunError);
 }
 
 }  // namespace

@@ -42,18 +42,15 @@ TEST(CurveFile, VariantsAndFaultsOfFilesFromElsewhere) {
     const char* description;  // "" for a file that reads
     long points;
   } cases[] = {
-      {"0.3,1e-5\n0.295,2e-5\n0.29,3e-5\n", "", 3},
-      {"0.3,1e-5\r0.295,2e-5\r0.29,3e-5\r", "", 3},
+      {"0.3,1e-5\n0.295,2e-5\n0.29,3e-5\n", "", 3},            {"0.3,1e-5\r0.295,2e-5\r0.29,3e-5\r", "", 3},
       {"\xEF\xBB\xBF 0.3 ,  1e-5 \r\n 0.295 , 2e-5\r\n0.29,3e-5", "", 3},  // byte order mark
       {"\n\n0.3,1e-5\n\n\n0.295,2e-5\n  \n0.29,3e-5\n\n\n", "", 3},
       {"0.3 1e-5\n0.295\t2e-5\n  0.29   3e-5", "", 3},
       {" 0.3 ,          0.00001 \r\n 0.295 ,        0.00002 \r\n 0.29 ,         0.00003 \r\n", "", 3},  // its own export
       {"0.3,1e-5\r\n0.295,2e-5\r\n0.29,3e-5\r\n\x1A garbage after the mark", "", 3},
       {"0.3,1e-5\n0.295,2e-5\n0.29,3e-5x\n", "", 3},  // after two points a field keeps its leading number
-      {"", "", 0},
-      {"E,I\n0.3,1e-5\n", "Type mismatch", 0},
-      {"0.3,1e-5\nnone,2e-5\n", "Type mismatch", 1},
-      {"0.3,1e-5\n0.295\n", "Input past end of file", 2},
+      {"", "", 0},                                            {"E,I\n0.3,1e-5\n", "Type mismatch", 0},
+      {"0.3,1e-5\nnone,2e-5\n", "Type mismatch", 1},           {"0.3,1e-5\n0.295\n", "Input past end of file", 2},
       {"0.3,1e999\n", "Overflow", 1},
       {tooLong, "Subscript out of range", 4000},
       {tooLong.substr(0, tooLong.rfind("\r\n4001,") + 2), "", 4000},

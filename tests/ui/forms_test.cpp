@@ -46,22 +46,7 @@ TEST(FormLayout, PlacesOfTheTablesAndNoControlHidesAnother) {
       }
     ++rows;
   }
-  EXPECT_GT(rows, 80);
-  // The rows of the chemicals form: one per species from 360, per charge
-  // reaction from 600, per chemical reaction from 480, 360 apart; the fit
-  // slots are C 1-6, ks 7-9, alpha 10-12, E0 13-15, kf 16-19, kb 20-23.
-  Form& expr = wb.formExpr();
-  for (int i = 1; i <= 6; ++i)
-    for (auto [name, index] : {std::pair{"D", i}, {"C", i}, {"Cinit", i}, {"CheckFitted", i}, {"TextCmax", i}, {"Cond", i - 1}})
-      EXPECT_EQ(expr.control(name, index).place().top, 360 * i) << name << index;
-  for (int i = 1; i <= 3; ++i)
-    for (int slot : {i + 6, i + 9, i + 12})
-      for (const char* name : {"ks", "CheckFitted", "TextCmin", "TextCmax"})
-        EXPECT_EQ(expr.control(name, name[0] == 'k' ? i : slot).place().top, 600 + 360 * (i - 1)) << name << slot;
-  for (int q = 1; q <= 4; ++q)
-    for (int slot : {q + 15, q + 19})
-      for (const char* name : {"pl", "kf", "kb", "LabelKeq", "CheckFitted", "TextCmin", "TextCmax"})
-        EXPECT_EQ(expr.control(name, name[0] == 'T' || name[0] == 'C' ? slot : q).place().top, 480 + 360 * (q - 1)) << name << slot;
+  EXPECT_GT(rows, 200);
   for (const std::string& name : Workbench::formNames()) {
     Form& form = *wb.formNamed(name);
     for (const Control* a : form.controls()) {

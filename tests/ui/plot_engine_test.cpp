@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "support/expect_close.h"
-#include "support/headless_workbench.h"
+#include "support/session.h"
 #include "ui/form_option.h"
 #include "ui/plot_display_list.h"
 
@@ -21,36 +21,27 @@ namespace {
 
 // 61 points from 0.3 V down to -0.3 V, one curve row: by default a
 // reduction peak of 3.2e-5 A at 0 V.
-struct PlotBench : test::HeadlessWorkbench {
+struct PlotBench : test::Session {
   explicit PlotBench(const std::function<double(double)>& curve = [](double x) { return 3.2e-5 * std::exp(-x * x / 0.005); }) {
-    wb.experiment.First = 1;
-    wb.experiment.Last = 61;
-    wb.experiment.NCurves = 1;
-    for (int i = 1; i <= 61; ++i) {
-      wb.store.XData(i) = 0.3 - 0.01 * (i - 1);
-      wb.store.YData(1, i) = curve(wb.store.XData(i));
-    }
+    e.First = 1;
+    e.Last = 61;
+    e.NCurves = 1;
+    for (int i = 1; i <= 61; ++i) s.XData(i) = 0.3 - 0.01 * (i - 1);
+    for (int i = 1; i <= 61; ++i) s.YData(1, i) = curve(s.XData(i));
   }
-  // formOption settings "name=value;name=value"; a check box takes 0 or 1.
-  void options(const std::string& settings) {
-    std::istringstream in(settings);
-    for (std::string item; std::getline(in, item, ';');) {
-      const auto eq = item.find('=');
-      Control& c = wb.formOption().control(item.substr(0, eq));
-      if (c.kind() == ControlKind::CheckBox)
-        c.setValue(std::stoi(item.substr(eq + 1)));
-      else
-        c.setText(item.substr(eq + 1));
-    }
+  // Settings of formOption, "name=value;name=value".
+  void options(std::string settings) {
+    for (std::size_t at; (at = settings.find(';')) != std::string::npos;) settings.replace(at, 1, "\nset formOption.");
+    run(settings.empty() ? "" : "set formOption." + settings);
   }
-  std::vector<DrawCall> picture() const { return LastPicture(platform.plot.calls); }
-  std::vector<DrawCall> ops(const std::string& op) const {
+  std::vector<DrawCall> picture() { return LastPicture(cli.platform().plot.calls); }
+  std::vector<DrawCall> ops(const std::string& op) {
     std::vector<DrawCall> out;
     for (const DrawCall& c : picture())
       if (c.op == op) out.push_back(c);
     return out;
   }
-  std::string prints() const {
+  std::string prints() {
     std::string out;
     for (const DrawCall& c : ops("print")) out += c.text + "|";
     return out;
@@ -97,7 +88,7 @@ TEST(PlotLimits, DecadesUnitLineAndLabels) {
     if (c.data) c.data(b);
     PlotCurves(b.wb);
     const Experiment& e = b.wb.experiment;
-    EXPECT_TRUE(b.messages().empty()) << c.options;
+    EXPECT_EQ(b.err.str(), "") << c.options;
     EXPECT_NEAR(e.Xmin, c.xmin, 1e-12) << c.options;
     EXPECT_NEAR(e.Xmax, c.xmax, 1e-12) << c.options;
     EXPECT_CLOSE(e.Ymin, c.ymin, 1e-12) << c.options;
@@ -110,7 +101,7 @@ TEST(PlotLimits, DecadesUnitLineAndLabels) {
     PlotBench b;
     b.options(std::string("Xauto=0;XminText=") + range + ";XmaxText=" + range);
     PlotCurves(b.wb);
-    EXPECT_EQ(b.messages(), (std::vector<std::string>{"Error: No data!"}));
+    EXPECT_EQ(b.err.str(), "message: Error: No data!\n");
     EXPECT_TRUE(b.picture().empty());
   }
 }
@@ -166,7 +157,7 @@ TEST(PlotLayout, FrameMarksAndCurveStyles) {
   PlotCurves(above.wb);
   EXPECT_TRUE(above.ops("dashed").empty());
   DisplayList list;
-  Replay(above.platform.plot.calls, list);
+  Replay(above.cli.platform().plot.calls, list);
   EXPECT_EQ(list.calls().size(), above.picture().size());
 }
 
