@@ -34,10 +34,8 @@ TEST(ScaledErfc, PublishedValuesOnBothBranches) {
 
 Experiment At25C() {
   Experiment e;
-  e.fRT = (96484.6 / 8.31441) / 298.14;
-  e.radius = 1e-3;
-  e.Vis = 0.01;
-  e.omega = 100 * kPi / 30;
+  for (auto [field, value] : {std::pair{&e.fRT, (96484.6 / 8.31441) / 298.14}, {&e.radius, 1e-3}, {&e.Vis, 0.01}, {&e.omega, 100 * kPi / 30}})
+    *field = value;
   return e;
 }
 

@@ -39,7 +39,8 @@ TEST(Robustness, RandomInputsThroughTheFormsNeverBreakARun) {
     if (rng() % 3 == 0) script += "; click FormMech.CheckDigital; click FormMech.mech(" + one(8) + ")";
     const double start = uniform(-1, 1), end = uniform(-1, 1), tp = std::pow(10.0, uniform(-3, -0.5));
     const int technique = 1 + static_cast<int>(rng() % 5);  // a sweep now and then finer than the store holds:
-    const double step = technique > 1 || rng() % 5 ? std::max(std::fabs(end - start), 0.01) / (1 + rng() % 60) : std::pow(10.0, uniform(-3.5, -2.5));
+    const double step =
+        technique > 1 || rng() % 5 ? std::max(std::fabs(end - start), 0.01) / (1 + rng() % 60) : std::pow(10.0, uniform(-3.5, -2.5));
     script += "; click FormTech.optTech(" + std::to_string(technique) + "); click FormIns.optElectrode(" + one(6) + "); set FormMech.NEL(1)=" +
               one(3) + "; set FormMech.NEL(2)=" + one(3) + "; set FormIns.Estart=" + text(start) +
               "; set FormIns.Eend=" + text(end) + "; set FormIns.Estep=" + text(rng() % 30 ? step : 0) +

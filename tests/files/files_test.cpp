@@ -104,11 +104,7 @@ TEST(SafeWrite, ReplacesWholeOrNotAtAll) {
   const fs::path dir = fs::temp_directory_path() / ("voltrix-safe-write-" + std::to_string(::getpid()));
   fs::create_directories(dir);
   const std::string target = (dir / "curve.csv").string();
-  const auto contents = [&] {
-    std::ostringstream text;
-    text << std::ifstream(target, std::ios::binary).rdbuf();
-    return text.str();
-  };
+  const auto contents = [&] { return std::string(std::istreambuf_iterator<char>(std::ifstream(target, std::ios::binary).rdbuf()), {}); };
   std::ofstream(target) << "old";
   ASSERT_TRUE(WriteFileSafely(target, [](std::ostream& out) { return bool(out << "a\r\nb\r\n"); }));
   EXPECT_EQ(contents(), "a\r\nb\r\n");

@@ -15,10 +15,8 @@ TEST(ProbeCrew, CurvesMessagesAndFinalStateMatchTheSerialOrder) {
   // root: their messages must come in the order of the probes.
   const double probes[][2] = {{0.0, 0.01}, {50, 0.01}, {0.1, -1}, {0.05, 0.02}, {-0.1, 1}, {60, 0.01}, {0.02, 0.5}};
   std::vector<ParameterVector> vectors(7);
-  for (int p = 0; p < 7; ++p) {
-    vectors[p](1) = probes[p][0];
-    vectors[p](2) = probes[p][1];
-  }
+  for (int p = 0; p < 7; ++p)
+    for (int k = 1; k <= 2; ++k) vectors[p](k) = probes[p][k - 1];
   Session serial(kAnalytical + "menu mnuSimulate"), crewed(kAnalytical + "menu mnuSimulate");
   std::vector<FitCurve> serialCurves(7), crewCurves(7);
   std::vector<int> serialCounts(7), crewCounts(7);

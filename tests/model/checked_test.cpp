@@ -38,8 +38,10 @@ TEST(CheckedArithmetic, EachFaultHasItsOwnDescription) {
       {"(-8) ^ 1/3", [] { Pow(-8, 1.0 / 3.0); }, "Invalid argument (fractional power of a negative number)"},
       {"1e308 * 10", [] { Checked(1e308 * 10); }, "Overflow"},
       {"CInt 32767.5", [] { CInt(32767.5); }, "Overflow"},       {"CInt -40000", [] { CInt(-40000); }, "Overflow"},
-      {"XData(4001)", [&] { s.XData(4001) = 1; }, "Subscript out of range"},  {"YData(7, 1)", [&] { s.YData(7, 1) = 1; }, "Subscript out of range"},
-      {"SurfC(8, 1)", [&] { s.SurfC(8, 1) = 1; }, "Subscript out of range"},  {"PeakCurrent(1, 21)", [&] { s.PeakCurrent(1, 21) = 1; }, "Subscript out of range"},
+      {"XData(4001)", [&] { s.XData(4001) = 1; }, "Subscript out of range"},
+      {"YData(7, 1)", [&] { s.YData(7, 1) = 1; }, "Subscript out of range"},
+      {"SurfC(8, 1)", [&] { s.SurfC(8, 1) = 1; }, "Subscript out of range"},
+      {"PeakCurrent(1, 21)", [&] { s.PeakCurrent(1, 21) = 1; }, "Subscript out of range"},
       {"LineStyle(-1)", [&] { s.LineStyle(-1) = 1; }, "Subscript out of range"},
       // Not faults: an underflow gives 0, the last index of each table exists.
       {"exp -800", [] { EXPECT_EQ(Exp(-800), 0.0); }, "no fault"},  {"(-2) ^ 3", [] { EXPECT_EQ(Pow(-2, 3), -8.0); }, "no fault"},

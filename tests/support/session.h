@@ -46,8 +46,8 @@ struct Session {
 
 // Checks the sessions of a transcript (a file under tests/): each block of
 // "> statement" lines, up to an empty line, must show the lines that follow
-// the statements, in their order; "#" starts a comment line. Blanks at the
-// end of a line are not compared.
+// the statements, in their order; "#" starts a comment line, "$DATA" stands
+// for the folder tests/. Blanks at the end of a line are not compared.
 inline void CheckTranscript(const std::string& name) {
   std::ifstream file(std::string(VOLTRIX_TEST_DATA) + "/" + name);
   ASSERT_TRUE(file.is_open()) << name;
@@ -62,6 +62,7 @@ inline void CheckTranscript(const std::string& name) {
     script += statement ? line.substr(2) + "\n" : "";
     expected += !statement && !line.empty() && line[0] != '#' ? line + "\n" : "";
     if (!line.empty() || script.empty()) continue;
+    for (std::size_t at; (at = script.find("$DATA")) != std::string::npos;) script.replace(at, 5, VOLTRIX_TEST_DATA);
     Session s(script);
     const std::string shown = trimmed(s.out.str() + s.err.str());
     std::size_t at = 0;
