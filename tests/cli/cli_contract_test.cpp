@@ -21,7 +21,6 @@ TEST(Cli, StatementsPrintWhatTheyShowAndStopAtTheFirstBadOne) {
   } cases[] = {
       {{"set FormIns.ComboScan=cycle", "show control FormIns.ComboScan"}, 0,
        "FormIns.ComboScan: text=\"cycle\" value=0 index=1 visible=1 enabled=1\n", ""},
-      {{"click FormExpr.cmdOK", "show experiment"}, 0, "Estart =  0.3 \nEend = -0.3 \n", ""},
       {{"show curves"}, 0, "X\n", ""},  // no run yet: no curve
       {{"set FormMech.chem(1)=C", "set FormMech.chem(2)=D", "set FormMech.chem(3)=E", "set FormMech.chem(4)=F",
         "set FormMech.chem(5)=G", "click FormMech.Command1"},

@@ -34,10 +34,8 @@ struct DigitalCase {
     for (auto [field, value] : fields) *field = value;
     for (int r = 1; r <= 3; ++r)
       for (auto [field, value] : {std::pair{&e.alph(r), 0.5}, {&e.ks(r), 1e4}, {&e.NEL(r), 1.0}, {&e.Eze(r), 0.0}}) *field = value;
-    for (int i = 1; i <= 6; ++i) {
-      e.D(i) = 1e-5;
-      e.C(i) = i == 1 ? 1e-3 : 0;
-    }
+    for (int i = 1; i <= 6; ++i) e.D(i) = 1e-5;
+    for (int i = 1; i <= 6; ++i) e.C(i) = i == 1 ? 1e-3 : 0;
   }
 
   double fRT() const { return (kF / kR) / e.TempK.value(); }

@@ -24,17 +24,14 @@ Experiment Dimerisation() {
   return e;
 }
 
-TEST(ReactionSet, SecondOrderConstantIsPerLargestConcentration) {
+// The second-order constant is per largest concentration; matter is kept
+// (two B make one C, so rate(B) + 2 rate(C) = 0), and the derivative agrees
+// with a central difference.
+TEST(ReactionSet, DimerisationKeepsMatterAndItsDerivative) {
   const ReactionSet set = ReadReactionSet(Dimerisation());
   ASSERT_EQ(set.chemical.size(), 1u);
   EXPECT_DOUBLE_EQ(set.chemical[0].kf, 10 / 2e-3);  // L/(mol s)
   EXPECT_DOUBLE_EQ(set.chemical[0].kb, 0.5);        // one species on that side: s^-1
-}
-
-// Matter is kept: two B make one C, so rate(B) + 2 rate(C) = 0, and the
-// derivative agrees with a central difference.
-TEST(ReactionSet, DimerisationKeepsMatterAndItsDerivative) {
-  const ReactionSet set = ReadReactionSet(Dimerisation());
   double c[kMaxSpecies + 1] = {0, 1e-3, 4e-4, 2e-4};
   double rate[kMaxSpecies + 1], jac[kMaxSpecies + 1][kMaxSpecies + 1];
   HomogeneousRates(set, c, rate, jac);

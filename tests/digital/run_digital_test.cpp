@@ -143,8 +143,7 @@ TEST(DigitalRun, ResistanceShiftsThePeakByTheOhmicDrop) {
 }
 
 TEST(DigitalGrid, BoxesAndTimeStructure) {
-  EXPECT_EQ(BoxCount(100, 121), 14);
-  EXPECT_EQ(BoxCount(100, 242), 15);
+  EXPECT_EQ(std::pair(BoxCount(100, 121), BoxCount(100, 242)), std::pair(14, 15));
   EXPECT_DIGITS(XMid(1), (std::exp(0.25) - 1) / (std::exp(0.5) - 1), 12);
   EXPECT_CLOSE((XEdge(6) - XEdge(5)) / (XEdge(5) - XEdge(4)), std::exp(0.5), 1e-12);
   const struct {

