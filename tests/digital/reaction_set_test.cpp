@@ -62,6 +62,7 @@ TEST(ReactionSet, RefusesReactionsThatCannotBeMeant) {
     const char* what;
     void (*spoil)(Experiment&);
   } cases[] = {
+      {"no species", [](Experiment& e) { e.NSpecies = 0; }},
       {"empty side", [](Experiment& e) { e.ChargeMap(1, 2) = 0; }},
       {"same species both sides", [](Experiment& e) { e.ChargeMap(1, 2) = 1; }},
       {"dimer back to itself", [](Experiment& e) { e.Chem2Map(1, 3) = 2, e.Chem2Map(1, 4) = 2; }},

@@ -64,12 +64,12 @@ inline void CheckTranscript(const std::string& name) {
     if (!line.empty() || script.empty()) continue;
     for (std::size_t at; (at = script.find("$DATA")) != std::string::npos;) script.replace(at, 5, VOLTRIX_TEST_DATA);
     Session s(script);
-    const std::string shown = trimmed(s.out.str() + s.err.str());
+    const std::string shown = trimmed("\n" + s.out.str() + s.err.str());
     std::size_t at = 0;
     std::istringstream lines(expected);
     for (std::string want; std::getline(lines, want);) {
-      at = shown.find(trimmed(want + "\n"), at);
-      ASSERT_NE(at, std::string::npos) << name << ":" << start << " does not show \"" << want << "\" in order:\n" << shown;
+      at = shown.find(trimmed("\n" + want + "\n"), at) + 1;
+      ASSERT_NE(at, 0u) << name << ":" << start << " does not show \"" << want << "\" in order:\n" << shown;
     }
     script.clear();
     expected.clear();

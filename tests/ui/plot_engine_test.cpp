@@ -122,6 +122,7 @@ TEST(PlotLayout, FrameMarksAndCurveStyles) {
   EXPECT_EQ(boxes[0].args, (std::vector<float>{-0.3f, -1e-5f, 0.3f, 4e-5f}));
   for (int i = 1; i <= 61; ++i) {
     EXPECT_NEAR(boxes[i].args[0] + 0.003f, b.wb.store.XData(i), 1e-6f);
+    EXPECT_NEAR(boxes[i].args[2] - boxes[i].args[0], 0.006f, 1e-7f);  // 1 % of either range
     EXPECT_NEAR(boxes[i].args[3] - boxes[i].args[1], 5e-7f, 1e-11f);
   }
   const std::vector<DrawCall> pic = b.picture();
