@@ -91,6 +91,11 @@ TEST(RunPhysics, PlateausAndPeaksOfTheClosedForms) {
     for (int k = 1; k <= Count(r.e.NCharge); ++k) rows += r.s.YSim(k, 60);
     EXPECT_TRUE(r.e.Technique != 2 || IsClose(r.y(60), rows, 1e-15)) << c.script;
   }
+  // A thin-layer wave peaks at its formal potential (Bard and Faulkner 2001,
+  // 11.7.6), for the film the apparent one E0 + (RT/nF) ln(sqrt(pi) n l /
+  // sqrt(td D)): 45.8 mV for two electrons, 0.01 cm, td 0.1 s.
+  Session film(kAnalytical + "click FormIns.optElectrode(7); set FormIns.Estep=0.001; set FormMech.NEL(1)=2; menu mnuSimulate");
+  EXPECT_NEAR(film.s.XData(film.peak()), 0.0458, 0.001);
 }
 
 // Mechanism 8, C = A + pD before A + ne = B, is mechanism 1 with E0 shifted by
