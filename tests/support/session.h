@@ -40,7 +40,8 @@ struct Session {
   // The point of largest size of the curve in hand, the first on ties.
   int peak() {
     const double* row = s.YData.row(static_cast<long>(e.CurNo));
-    return static_cast<int>(std::max_element(row + 1, row + points() + 1, [](double a, double b) { return std::fabs(a) < std::fabs(b); }) - row);
+    const auto smaller = [](double a, double b) { return std::fabs(a) < std::fabs(b); };
+    return static_cast<int>(std::max_element(row + 1, row + points() + 1, smaller) - row);
   }
 };
 
