@@ -91,7 +91,7 @@ TEST(PeakFinder, PeaksOfKnownShapes) {
 // E1/2 is the first point, in index order, within 5 % of half the height of
 // |I| above its lowest value; Id is that height.
 TEST(HalfWaveFinder, FirstPointNearHalfHeight) {
-  const auto wave = [](int row, double id, double half) {  // a reversible DC wave (Heyrovsky-Ilkovic)
+  const auto wave = [](int row, double id, double half) {  // a reversible DC wave (Heyrovsky and Ilkovic 1935)
     return [=](Session& s) { for (int i = 1; i <= 121; ++i) s.s.YData(row, i) = id / (1 + std::exp(38.923 * (s.s.XData(i) - half))); };
   };
   const auto values = [](const std::vector<double>& v) {

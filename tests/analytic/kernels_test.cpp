@@ -39,8 +39,8 @@ Experiment At25C() {
 }
 
 // Current density per unit of the current scale, against the closed forms of
-// Bard and Faulkner (2001): Cottrell (5.2.11), Nernst (5.4.17), spherical
-// steady state (5.3.11), the kinetic limit (3.3.11), Levich (9.3.22).
+// Bard and Faulkner (2001): Cottrell, Nernst, the spherical steady state, the
+// kinetic limit, Levich.
 TEST(Kernels, ReduceToTheTextbookLimits) {
   const Experiment e = At25C();
   const double f = e.fRT, cottrell = kC * kS / std::sqrt(kPi * 0.5);

@@ -50,11 +50,10 @@ TEST(ReferenceRun, EveryTechniqueAtPlanarAndSphericalElectrodes) {
   EXPECT_NEAR(cycle.smallest().x, 0.03, 1e-12);
 }
 
-// At 25 C, 1 mM, D 1e-5 cm2/s: Randles-Sevcik 0.4463 nFAC sqrt(nFvD / RT)
-// (6.2.19), Cottrell nFAC sqrt(D / (pi t)) (5.2.11), Levich 0.62 nFAC D^2/3
-// nu^-1/6 w^1/2 (9.3.22), the thin-layer peak n^2 F^2 v A l C / 4RT (11.7.6),
-// all of Bard and Faulkner (2001); the catalytic plateau nFAC sqrt(D kf)
-// (Saveant and Vianello 1965).
+// At 25 C, 1 mM, D 1e-5 cm2/s: Randles-Sevcik 0.4463 nFAC sqrt(nFvD / RT),
+// Cottrell nFAC sqrt(D / (pi t)), Levich 0.62 nFAC D^2/3 nu^-1/6 w^1/2, the
+// thin-layer peak n^2 F^2 v A l C / 4RT, all of Bard and Faulkner (2001);
+// the catalytic plateau nFAC sqrt(D kf) (Saveant and Vianello 1965).
 TEST(RunPhysics, PlateausAndPeaksOfTheClosedForms) {
   const struct {
     const char* script;
@@ -91,9 +90,9 @@ TEST(RunPhysics, PlateausAndPeaksOfTheClosedForms) {
     for (int k = 1; k <= Count(r.e.NCharge); ++k) rows += r.s.YSim(k, 60);
     EXPECT_TRUE(r.e.Technique != 2 || IsClose(r.y(60), rows, 1e-15)) << c.script;
   }
-  // A thin-layer wave peaks at its formal potential (Bard and Faulkner 2001,
-  // 11.7.6), for the film the apparent one E0 + (RT/nF) ln(sqrt(pi) n l /
-  // sqrt(td D)): 45.8 mV for two electrons, 0.01 cm, td 0.1 s.
+  // A thin-layer wave peaks at its formal potential (Bard and Faulkner 2001),
+  // for the film the apparent one E0 + (RT/nF) ln(sqrt(pi) n l / sqrt(td D)):
+  // 45.8 mV for two electrons, 0.01 cm, td 0.1 s.
   Session film(kAnalytical + "click FormIns.optElectrode(7); set FormIns.Estep=0.001; set FormMech.NEL(1)=2; menu mnuSimulate");
   EXPECT_NEAR(film.s.XData(film.peak()), 0.0458, 0.001);
 }

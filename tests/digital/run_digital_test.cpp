@@ -16,9 +16,9 @@ namespace {
 constexpr double kPi = 3.141592654;
 
 // n F A C sqrt(D / (pi t)) for 1 mM, D 1e-5, A 1 cm2 (Bard and Faulkner
-// 2001, 5.2.11).
+// 2001).
 double Cottrell(double t) { return kF * 1e-6 * std::sqrt(1e-5 / (kPi * t)); }
-// n F A D C / r, the steady state at a sphere (5.3.11).
+// n F A D C / r, the steady state at a sphere.
 double Steady(double r) { return kF * 1e-6 * 1e-5 / r; }
 // n F A C sqrt(D k), the catalytic plateau (Saveant and Vianello 1965).
 double Catalytic(double k) { return kF * 1e-6 * std::sqrt(1e-5 * k); }
@@ -42,7 +42,7 @@ TEST(DigitalRun, AgreesWithTheClosedFormsOfElectrochemistry) {
       {"click FormTech.optTech(3)", Measure::End, Cottrell(0.05), 0.015},  // td = tp: samples at 1 and 10
       // The differential pulse lasts the last five substeps of tp / 4; a
       // reversible couple peaks at E0 - Epulse / 2 with (s - 1) / (s + 1) of
-      // the Cottrell current, s = exp(nF |dE| / 2RT) (7.3.17).
+      // the Cottrell current, s = exp(nF |dE| / 2RT).
       {"click FormTech.optTech(4); set FormIns.V=0.01", Measure::Peak, Cottrell(5 * 0.05 / 4) * (s - 1) / (s + 1), 0.04},
       {"click FormTech.optTech(4); set FormIns.V=0.01", Measure::PeakPotential, 0.025, 0.0026},
       // td = tp: the pulse is on in all four substeps and nothing is
@@ -79,7 +79,7 @@ TEST(DigitalRun, AgreesWithTheClosedFormsOfElectrochemistry) {
 // A whole cycle of the reversible couple: the anodic peak 28.5 mV above E0,
 // some 58 mV from the cathodic one; at the surface the Nernst ratio, and what
 // A loses B gains. A fast following equilibrium B = C of constant K = 1
-// shifts a DC wave by (RT/F) ln(1 + K) (Bard and Faulkner 2001, 12.3.6): half
+// shifts a DC wave by (RT/F) ln(1 + K) (Bard and Faulkner 2001): half
 // the limit at E0 + 17.8 mV, A + B + C at the bulk.
 TEST(DigitalRun, ReversibleCouplesFollowNernstAndKeepMatter) {
   Session c(kDigital + "set FormIns.ComboScan=cycle; menu mnuSimulate");
