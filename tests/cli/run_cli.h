@@ -1,8 +1,8 @@
 #pragma once
 // Runs the real voltrix-cli binary and collects its exit status and output.
 #include <sys/wait.h>
+#include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -24,27 +24,20 @@ inline std::string Quote(const std::string& s) {
 }
 
 inline std::string ReadFile(const std::filesystem::path& p) {
-  std::ifstream f(p, std::ios::binary);
   std::stringstream s;
-  s << f.rdbuf();
+  s << std::ifstream(p, std::ios::binary).rdbuf();
   return s.str();
 }
 
 inline CliResult RunCli(const std::vector<std::string>& args) {
-  namespace fs = std::filesystem;
   static int counter = 0;
-  const fs::path dir = fs::temp_directory_path() / ("voltrix-cli-test-" + std::to_string(::getpid()));
-  fs::create_directories(dir);
-  const fs::path out = dir / ("out" + std::to_string(counter));
-  const fs::path err = dir / ("err" + std::to_string(counter++));
+  const auto base = std::filesystem::temp_directory_path() / ("voltrix-cli-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
   std::string cmd = Quote(VOLTRIX_CLI_PATH);
   for (const std::string& a : args) cmd += " " + Quote(a);
-  cmd += " >" + Quote(out.string()) + " 2>" + Quote(err.string()) + " </dev/null";
-  const int raw = std::system(cmd.c_str());
-  CliResult r;
-  r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-  r.out = ReadFile(out);
-  r.err = ReadFile(err);
+  const int raw = std::system((cmd + " >" + Quote(base.string() + ".out") + " 2>" + Quote(base.string() + ".err") + " </dev/null").c_str());
+  CliResult r{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, ReadFile(base.string() + ".out"), ReadFile(base.string() + ".err")};
+  std::filesystem::remove(base.string() + ".out");
+  std::filesystem::remove(base.string() + ".err");
   return r;
 }
 

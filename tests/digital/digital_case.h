@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "analytic/run_steps.h"
 #include "digital/mechanism_compiler.h"
 #include "digital/run_digital.h"
 #include "model/checked.h"
@@ -25,32 +26,16 @@ struct DigitalCase {
   MechanismInput mech;
 
   DigitalCase() {
-    mech.charge[1] = "A";
-    mech.charge[2] = "B";
-    mech.nel = {"", "1", "1", "1"};
-    e.Technique = 1;
-    e.Electrode = 1;
-    e.Estart = 0.3;
-    e.Eend = -0.3;
-    e.Estep = 0.005;
-    e.td = 0.05;  // 0.1 V/s
-    e.tp = 0.05;
-    e.Epulse = -0.05;
-    e.ARE = 1;
-    e.radius = 0.2821;
-    e.TempK = 298.14;
-    e.Cycles = 0.5;
-    for (int r = 1; r <= 3; ++r) {
-      e.alph(r) = 0.5;
-      e.ks(r) = 1e4;
-      e.NEL(r) = 1;
-      e.Eze(r) = 0;
-    }
-    for (int i = 1; i <= 6; ++i) {
-      e.D(i) = 1e-5;
-      e.C(i) = 0;
-    }
-    e.C(1) = 1e-3;
+    typed({"A", "B"});
+    const std::pair<Field*, double> fields[] = {
+        {&e.Technique, 1}, {&e.Electrode, 1}, {&e.Cycles, 0.5},    {&e.Estart, 0.3}, {&e.Eend, -0.3},       {&e.Estep, 0.005},
+        {&e.td, 0.05},  // 0.1 V/s
+        {&e.tp, 0.05},     {&e.Epulse, -0.05}, {&e.ARE, 1},        {&e.radius, 0.2821}, {&e.TempK, 298.14}};
+    for (auto [field, value] : fields) *field = value;
+    for (int r = 1; r <= 3; ++r)
+      for (auto [field, value] : {std::pair{&e.alph(r), 0.5}, {&e.ks(r), 1e4}, {&e.NEL(r), 1.0}, {&e.Eze(r), 0.0}}) *field = value;
+    for (int i = 1; i <= 6; ++i) e.D(i) = 1e-5;
+    for (int i = 1; i <= 6; ++i) e.C(i) = i == 1 ? 1e-3 : 0;
   }
 
   double fRT() const { return (kF / kR) / e.TempK.value(); }
@@ -69,23 +54,13 @@ struct DigitalCase {
   void layOutAxis() {
     e.fRT = fRT();
     e.RTF = 1 / fRT();
-    const double range = std::fabs(e.Eend.value() - e.Estart.value());
-    e.dirSign = e.Eend.value() > e.Estart.value() ? 1 : -1;
-    const int half = CInt(range / e.Estep.value()) + 1;
-    e.NHalf = half;
-    e.NData = half * 2 * e.Cycles.value();
-    for (int i = 1; i <= half; ++i) s.XData(i) = e.Estart.value() + e.Estep.value() * (i - 1) * e.dirSign.value();
-    if (e.Cycles.value() >= 1)
-      for (int i = 1; i <= half; ++i) s.XData(half + i) = s.XData(half - i + 1);
-    if (e.Cycles.value() == 2)
-      for (int i = 1; i <= 2 * half; ++i) s.XData(2 * half + i) = s.XData(i);
+    BuildPotentialGrid(e, s.XData);
   }
 
   void run() {
     CompileMechanism(mech, e);
     layOutAxis();
-    for (int r = 1; r <= 8; ++r)
-      for (int i = 0; i <= kMaxPoints; ++i) s.YSim(r, i) = 0;
+    s.YSim.fill(0);
     RunDigital(e, s, messages);
   }
 

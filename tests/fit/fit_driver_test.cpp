@@ -1,358 +1,208 @@
-// Auto Fit on the workbench: a curve simulated with known values and the
-// program's own noise is fitted back from wrong starting values; the report,
-// the captions, the limits and the failures a user can run into.
+// Auto Fit, Manual Fit and peak separation as the menu runs them: a curve
+// simulated with known values (and the program's own noise) is fitted back
+// from wrong starts; the report, the captions, the limits, the separated
+// rows, and the failures a user can run into.
 #include "fit/fit_driver.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <set>
 #include <string>
 #include <vector>
 
-#include "run/run_simulation.h"
 #include "expect_close.h"
-#include "headless_workbench.h"
+#include "fit/parameter_slots.h"
 #include "model/number_format.h"
+#include "support/session.h"
 #include "ui/form_expr.h"
-#include "ui/form_ins.h"
-#include "ui/form_mech.h"
+#include "ui/form_option.h"
 #include "ui/text_window.h"
 
-namespace voltrix {
+namespace voltrix::test {
 namespace {
 
-using test::HeadlessWorkbench;
-
-// The analytical reference sweep: mechanism 1, linear sweep at a planar
-// electrode, 0.3 V to -0.3 V in 5 mV steps at 10 mV/s, 1 mM of A.
-void ReferenceSweep(Workbench& wb, const char* scan = "single") {
-  wb.formMech().control("CheckDigital").setValue(0);
-  wb.formMech().control("mech", 1).setValue(1);
-  wb.formIns().control("ComboScan").setText(scan);
-  wb.formExpr().control("Eze", 1).setText("0");
+// The value printed at the zone stop 28 of the last report line with this label.
+double ReportValue(const Session& s, const std::string& label) {
+  const std::string out = s.out.str();
+  const auto at = out.rfind("\n" + label);
+  return at == std::string::npos ? NAN : Val(out.substr(at + 29, out.find('\n', at + 1) - at - 29));
 }
 
-// Simulates with what stands in the forms and keeps the curve as the target
-// in row 1, as a run before the fit would.
-void SimulateTarget(Workbench& wb, const char* noise) {
-  wb.formIns().control("Noise").setText(noise);
-  wb.formExpr().OK();
-  RunSimulation(wb);
-  wb.formIns().control("Noise").setText("0");
-}
+double Caption(Session& s, int slot) { return Val(s.wb.formExpr().control("CheckFitted", slot).caption()); }
 
-void Tick(Workbench& wb, int slot, bool on = true) { wb.formExpr().control("CheckFitted", slot).setValue(on ? 1 : 0); }
+// E0 0 V, ks 0.005 cm/s (quasi-reversible at 10 mV/s: shape and position
+// carry it), 1 mM, noise of 1 % of the peak; then wrong starts inside the limits.
+const std::string kTarget =
+    "set FormExpr.ks(1)=0.005; set FormIns.Noise=1; menu mnuSimulate; set FormIns.Noise=0; "
+    "set FormExpr.Eze(1)=0.03; set FormExpr.ks(1)=0.002; set FormExpr.C(1)=1.3e-3; "
+    "set FormExpr.CheckFitted(7)=1; set FormExpr.CheckFitted(13)=1; ";
 
-// The number printed from zone z (0-based) of a report line; the last item
-// of a line may run past its zone.
-double ZoneValue(const std::string& line, int zone, bool last = false) {
-  const std::size_t at = static_cast<std::size_t>(zone) * 14;
-  if (line.size() <= at) return 0;
-  return Val(last ? line.substr(at) : line.substr(at, 14));
-}
-
-std::vector<std::string> LinesStartingWith(const TextWindow& w, const std::string& head) {
-  std::vector<std::string> out;
-  for (const auto& l : w.lines())
-    if (l.rfind(head, 0) == 0) out.push_back(l);
-  return out;
-}
-
-double ReportValue(const TextWindow& w, const std::string& label) {
-  const auto lines = LinesStartingWith(w, label);
-  EXPECT_FALSE(lines.empty()) << label;
-  return lines.empty() ? NAN : ZoneValue(lines.back(), 2, true);
-}
-
-double Caption(Workbench& wb, int slot) { return Val(wb.formExpr().control("CheckFitted", slot).caption()); }
-
-// E0 0 V, ks 0.005 cm/s (quasi-reversible at 10 mV/s, so both shape and
-// position carry it), 1 mM; noise of 1 percent of the largest current.
-class ReferenceFit : public ::testing::Test {
- protected:
-  HeadlessWorkbench hw;
-  Workbench& wb = hw.wb;
-
-  void SetUp() override {
-    ReferenceSweep(wb);
-    wb.formExpr().control("ks", 1).setText("0.005");
-    SimulateTarget(wb, "1");
-    // Wrong values, inside the limits.
-    wb.formExpr().control("Eze", 1).setText("0.03");
-    wb.formExpr().control("ks", 1).setText("0.002");
-    wb.formExpr().control("C", 1).setText("1.3e-3");
-    Tick(wb, 1);
-    Tick(wb, 7);
-    Tick(wb, 13);
+// Noise of 1 % on 121 points averages down about tenfold: C, which scales the
+// curve, comes back within half a percent, E0 within a millivolt; ks shows
+// only in the broadening of the wave: within 3 %. The same on the digital
+// engine over a cycle, probes run in parallel or not, to the same digits.
+TEST(AutoFit, RecoversTheTrueValuesFromWrongStarts) {
+  for (const std::string& engine : {kAnalytical, std::string("set FormIns.ComboScan=cycle; set FormExpr.Eze(1)=0; ")}) {
+    Session serial(engine + kTarget), parallel(engine + kTarget);
+    double mean = 0, variance = 0;
+    for (int l = 1; l <= serial.points(); ++l) mean += serial.y(l) / serial.points();
+    for (int l = 1; l <= serial.points(); ++l) variance += std::pow(serial.y(l) - mean, 2) / serial.points();
+    serial.wb.optimiser.ProbeThreads = 1;
+    parallel.wb.optimiser.ProbeThreads = 2;
+    serial.run("menu mnuAutoFit");
+    parallel.run("menu mnuAutoFit");
+    ASSERT_EQ(serial.err.str(), "");
+    EXPECT_CLOSE(Caption(serial, 1), 1e-3, 0.005);
+    EXPECT_NEAR(Caption(serial, 13), 0.0, 0.001);
+    EXPECT_CLOSE(Caption(serial, 7), 0.005, 0.03);
+    EXPECT_EQ(serial.out.str().substr(0, serial.out.str().rfind("Computation")),
+              parallel.out.str().substr(0, parallel.out.str().rfind("Computation")));
+    // Counts: one simulation per evaluation and two probes per parameter and pass.
+    const double passes = ReportValue(serial, "No. of iteration = ");
+    const double evaluations = ReportValue(serial, "No. of obj. fun. = ");
+    EXPECT_EQ(serial.wb.optimiser.FitSimulations, evaluations + 6 * passes);
+    EXPECT_EQ(evaluations, 1 + passes + ReportValue(serial, "No. of MARQUARDS = "));
+    EXPECT_LT(ReportValue(serial, "Convergence flag = "), 0);
+    EXPECT_CLOSE(ReportValue(serial, "Standard deviation^2 = "), variance, 1e-9);  // of the target
   }
-};
-
-// Noise of 1 percent of the peak on 121 points averages down about tenfold:
-// C, which scales the whole curve, comes back within half a percent and E0,
-// which shifts it, within a millivolt. ks shows only in the broadening of
-// the wave, a weaker signal: within 3 percent.
-TEST_F(ReferenceFit, RecoversTheTrueValuesFromWrongStarts) {
-  // The spread the report gives belongs to the target: its population variance.
-  double m = 0, v = 0;
-  for (int l = 1; l <= 121; ++l) m += wb.store.YData(1, l) / 121;
-  for (int l = 1; l <= 121; ++l) v += (wb.store.YData(1, l) - m) * (wb.store.YData(1, l) - m) / 121;
-  const long before = wb.optimiser.FitSimulations;
-  AutoFit(wb);
-  ASSERT_TRUE(hw.messages().empty()) << hw.messages().front();
-  EXPECT_CLOSE(Caption(wb, 1), 1e-3, 0.005);
-  EXPECT_NEAR(Caption(wb, 13), 0.0, 0.001);
-  EXPECT_CLOSE(Caption(wb, 7), 0.005, 0.03);
-  // The report's counts are the simulations that really ran: one per
-  // evaluation and two probes per parameter and pass.
-  const TextWindow& r = wb.formResult();
-  const double passes = ReportValue(r, "No. of iteration = ");
-  const double evaluations = ReportValue(r, "No. of obj. fun. = ");
-  const double marquardts = ReportValue(r, "No. of MARQUARDS = ");
-  EXPECT_EQ(wb.optimiser.FitSimulations - before, evaluations + 6 * passes);
-  EXPECT_EQ(evaluations, 1 + passes + marquardts);
-  EXPECT_EQ(LinesStartingWith(r, "Least square = ").size(), passes + 1);
-  EXPECT_LT(ReportValue(r, "Convergence flag = "), 0);
-  EXPECT_CLOSE(ReportValue(r, "Standard deviation^2 = "), v, 1e-9);
 }
 
-TEST_F(ReferenceFit, ReportsInItsZonesAndShowsFittedValuesAsCaptions) {
-  wb.formExpr().control("Eze", 1).setText("0.35");  // outside -0.2 to 0.2
-  AutoFit(wb);
-  const TextWindow& r = wb.formResult();
-  const auto head = LinesStartingWith(r, "No.  ");
-  ASSERT_EQ(head.size(), 1u);
-  EXPECT_EQ(head[0], "No.           Initial value               Fitted value");
-  const std::vector<std::string>& lines = r.lines();
-  std::size_t at = 0;
-  while (lines[at] != head[0]) ++at;
+// The report: a head, one row per fitted value (number, value as read, value
+// fitted), an empty line, seven totals; the fitted values become captions,
+// the text boxes and the model keep what was typed.
+TEST(AutoFit, ReportsInItsZonesAndShowsFittedValuesAsCaptions) {
+  Session s(kAnalytical + kTarget + "set FormExpr.Eze(1)=0.35; menu mnuAutoFit");  // E0 limits -0.2 to 0.2
+  std::istringstream report(s.out.str());
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(report, line);) lines.push_back(line);
+  ASSERT_GE(lines.size(), 12u);
+  const std::size_t head = lines.size() - 12;
+  EXPECT_EQ(lines[head], "No.           Initial value               Fitted value");
   const int slots[] = {1, 7, 13};
-  const double read[] = {0, 0.002, 0.35};  // C is read from its Cinit caption, checked below
+  const double read[] = {1.3e-3, 0.002, 0.35};
   for (int i = 1; i <= 3; ++i) {
-    const std::string& row = lines[at + i];
-    EXPECT_EQ(ZoneValue(row, 0), i);
-    if (i > 1) {
-      EXPECT_EQ(ZoneValue(row, 1), read[i - 1]);
-    }
-    EXPECT_EQ(FormatNumber(ZoneValue(row, 2, true), "0.###e-#"), wb.formExpr().control("CheckFitted", slots[i - 1]).caption());
+    EXPECT_EQ(Val(lines[head + i].substr(0, 14)), i);
+    EXPECT_EQ(Val(lines[head + i].substr(14, 14)), read[i - 1]);
+    EXPECT_EQ(FormatNumber(Val(lines[head + i].substr(28)), "0.###e-#"), s.wb.formExpr().control("CheckFitted", slots[i - 1]).caption());
   }
-  // Pre-equilibrated at an E0 above the start, most of A is B already.
-  EXPECT_EQ(ZoneValue(lines[at + 1], 1), Val(wb.formExpr().control("Cinit", 1).caption()));
-  EXPECT_LT(ZoneValue(lines[at + 1], 1), 1.3e-3);
-  EXPECT_EQ(lines[at + 4], "");
-  // The value read outside its limits started at the limit and stays inside.
-  EXPECT_LE(Caption(wb, 13), 0.2);
-  EXPECT_GE(Caption(wb, 13), -0.2);
-  const std::string labels[] = {"Least square = ",  "Standard deviation^2 = ", "Convergence flag = ",
-                                "No. of iteration = ", "No. of obj. fun. = ", "No. of MARQUARDS = ",
-                                "Computation time (s) ="};
-  for (int i = 0; i < 7; ++i) EXPECT_EQ(lines[at + 5 + i].rfind(labels[i], 0), 0u) << lines[at + 5 + i];
-  EXPECT_EQ(lines.size(), at + 12);
-  // The text boxes are untouched; the model holds the form values again.
-  EXPECT_EQ(wb.formExpr().control("Eze", 1).text(), "0.35");
-  EXPECT_EQ(wb.experiment.Eze(1), 0.35);
-  EXPECT_FALSE(wb.experiment.AutoFitFlag);
+  EXPECT_EQ(lines[head + 4], "");
+  const char* labels[] = {"Least square = ",     "Standard deviation^2 = ", "Convergence flag = ", "No. of iteration = ",
+                          "No. of obj. fun. = ", "No. of MARQUARDS = ",     "Computation time (s) ="};
+  for (int i = 0; i < 7; ++i) EXPECT_EQ(lines[head + 5 + i].rfind(labels[i], 0), 0u) << lines[head + 5 + i];
+  EXPECT_LE(std::fabs(Caption(s, 13)), 0.2);  // started at the limit, stayed inside
+  EXPECT_EQ(s.wb.formExpr().control("Eze", 1).text(), "0.35");
+  EXPECT_EQ(s.e.Eze(1), 0.35);
+  EXPECT_FALSE(s.e.AutoFitFlag);
 }
 
-// The result window shows each pass as it comes; a fit started from there
-// (a front end handling events meanwhile) must not run inside the first.
-TEST_F(ReferenceFit, AFitAskedForDuringAFitDoesNotStart) {
+// Limits in the wrong order, hidden boxes, fits of nothing, failed
+// separations, as the menu shows them.
+TEST(AutoFit, LimitsTicksAndFailures) {
+  CheckTranscript("fit/fit_commands.txt");
+  Session none(kAnalytical + kTarget + "set FormExpr.CheckFitted(1)=0; set FormExpr.CheckFitted(7)=0; set FormExpr.CheckFitted(13)=0");
+  none.run("menu mnuAutoFit");
+  EXPECT_EQ(none.wb.optimiser.FitSimulations, 26);  // no parameter: 26 evaluations, then the failure
+  EXPECT_EQ(none.wb.formResult().lines().size(), 0u);
+  // 21 ticked boxes: "Subscript out of range" before any simulation.
+  Session many(kAnalytical + "menu mnuSimulate");
+  for (int slot = 1; slot <= 21; ++slot) many.wb.formExpr().control("CheckFitted", slot).setValue(1);
+  for (int slot = 1; slot <= 21; ++slot) many.wb.formExpr().control("CheckFitted", slot).visible(true);
+  RunAutoFit(many.wb, NewFitCurve());
+  EXPECT_EQ(many.err.str(), "message: Fit Error: Subscript out of range! Please try again by other initial values.\n");
+  EXPECT_EQ(many.wb.optimiser.FitSimulations, 0);
+  // A fit over the longest curve, 4000 points.
+  Session longest(kAnalytical + "click FormTech.optTech(2); set FormIns.Estep=0.001; set FormIns.Eend=-3.699; "
+                  "menu mnuSimulate; set FormExpr.C(1)=1.2e-3; menu mnuAutoFit");
+  EXPECT_EQ(longest.err.str(), "");
+  EXPECT_CLOSE(Caption(longest, 1), 1e-3, 1e-3);
+}
+
+// y = 1e8 p^3 x against zero: each Gauss-Newton step keeps two thirds of p,
+// so only the pass limit ends the fit, after 51 passes with flag 1.
+TEST(AutoFit, FiftyOnePassesAtMost) {
+  struct Cube : FitModel {
+    void Objective(const ParameterVector& p, int& n, FitCurve& curve) override {
+      n = 5;
+      for (int l = 1; l <= n; ++l) curve[l] = 1e8 * p(1) * p(1) * p(1) * l;
+    }
+  } cube;
+  Session s("set FormExpr.TextCmin(1)=-10; set FormExpr.TextCmax(1)=10; click FormExpr.cmdOK");
+  s.e.C(1) = 1.0;
+  s.e.NData = 5;
+  RunAutoFit(s.wb, NewFitCurve(), cube);
+  EXPECT_EQ(s.err.str(), "");
+  EXPECT_EQ(ReportValue(s, "Convergence flag = "), 1);
+  EXPECT_EQ(ReportValue(s, "No. of iteration = "), 51);
+  EXPECT_CLOSE(Caption(s, 1), std::pow(2.0 / 3.0, 51), 0.05);
+}
+
+// The fit commands take row 1 as the target whatever curve was current, put
+// their curve in row 2 without noise, and a separation adds one row per
+// charge reaction beside them; a fit asked for during a fit does not start.
+TEST(FitCommands, RowsOfFitsAndSeparations) {
+  Session fit(kAnalytical + "set formOption.overlap=1; menu mnuSimulate; set FormExpr.C(1)=2e-3; menu mnuSimulate; "
+              "set FormExpr.C(1)=1.5e-3; set FormIns.Noise=5; menu mnuAutoFit");
+  EXPECT_CLOSE(Caption(fit, 1), 1e-3, 1e-3);
+  EXPECT_EQ(fit.e.CurNo, 2);
+  EXPECT_EQ(fit.wb.formOption().control("overlap").value(), 0);
+  EXPECT_EQ(fit.cli.platform().pointer.shapes.back(), 0);  // the hourglass is gone
+  // Two reactions, E0 30 mV either side of 0 V, fitted from 60 mV: the
+  // separated rows are the reactions' own currents, the total their sum.
+  Session sep(kAnalytical + "click FormMech.mech(4); set FormExpr.C(3)=1e-3; set FormExpr.Eze(1)=0.03; set FormExpr.Eze(2)=-0.03; "
+              "menu mnuSimulate; set FormExpr.Eze(1)=0.06; set FormExpr.Eze(2)=-0.06; set FormExpr.CheckFitted(1)=0; "
+              "set FormExpr.CheckFitted(13)=1; set FormExpr.CheckFitted(14)=1; menu mnuAutoSeparate");
+  EXPECT_NEAR(Caption(sep, 13), 0.03, 1e-4);
+  EXPECT_NEAR(Caption(sep, 14), -0.03, 1e-4);
+  EXPECT_EQ(sep.e.NCurves, 4);
+  for (int i = 1; i <= 121; ++i) {
+    ASSERT_EQ(sep.y(i, 3), sep.s.YSim(1, i));
+    ASSERT_NEAR(sep.y(i, 2), sep.y(i, 3) + sep.y(i, 4), 1e-12 * (std::fabs(sep.y(i, 3)) + std::fabs(sep.y(i, 4))));
+  }
+  // The separated rows show current whatever quantity rows 1 and 2 show
+  // (R = Dis / (A (0.01 M * 100)) = 1 Ohm).
+  Session failed(kAnalytical + "menu mnuSimulate; set FormExpr.CheckFitted(1)=0; set formOption.ComboY=resistance R; menu mnuAutoSeparate");
+  EXPECT_CLOSE(failed.y(60, 2), 1.0, 1e-12);
+  EXPECT_EQ(failed.y(60, 3), failed.s.YSim(1, 60));
+  // Manual Fit: one run into row 2, without noise or report.
+  Session manual(kAnalytical + "menu mnuSimulate; set FormIns.Noise=5; menu mnuManualFit");
+  for (int l = 1; l <= 121; ++l) ASSERT_EQ(manual.y(l, 2), manual.y(l, 1));
+  EXPECT_EQ(manual.out.str(), "");
   int nested = 0;
-  wb.formResult().addLineObserver([&](const std::string* line) {
-    if (line && line->rfind("Least square", 0) == 0 && nested++ == 0) {
-      AutoFit(wb);
-      ManualSeparate(wb);
-    }
+  Session busy(kAnalytical + kTarget);
+  busy.wb.formResult().addLineObserver([&](const std::string* line) {
+    if (line && line->rfind("Least square", 0) == 0 && nested++ == 0) busy.run("menu mnuAutoFit; menu mnuManualSeparate");
   });
-  AutoFit(wb);
-  EXPECT_EQ(LinesStartingWith(wb.formResult(), "No.  ").size(), 1u);
-  EXPECT_EQ(wb.experiment.NCurves, 2);
-  EXPECT_FALSE(wb.experiment.AutoFitFlag);
+  busy.run("menu mnuAutoFit");
+  EXPECT_EQ(busy.out.str().find("No.  "), busy.out.str().rfind("No.  "));
+  EXPECT_EQ(busy.e.NCurves, 2);
 }
 
-// The simulation of the workbench, with the trial values of each run kept.
-class RecordingModel : public WorkbenchFitModel {
- public:
-  using WorkbenchFitModel::WorkbenchFitModel;
-  void Objective(const ParameterVector& p, int& n, FitCurve& curve) override {
-    tried.push_back(p);
-    WorkbenchFitModel::Objective(p, n, curve);
-  }
-  std::vector<ParameterVector> tried;
-};
-
-TEST_F(ReferenceFit, AValueOutsideItsLimitsStartsAtTheLimit) {
-  wb.formExpr().control("Eze", 1).setText("0.35");
-  wb.formExpr().control("ks", 1).setText("200");  // above 100
-  wb.experiment.AutoFitFlag = true;
-  wb.formExpr().OK();
-  FitCurve target = NewFitCurve();
-  for (int l = 1; l <= 121; ++l) target[l] = wb.store.YData(1, l);
-  RecordingModel model(wb, 1);
-  RunAutoFit(wb, target, model);
-  ASSERT_FALSE(model.tried.empty());
-  EXPECT_EQ(model.tried[0](2), 100);   // ks, slot 7
-  EXPECT_EQ(model.tried[0](3), 0.2);   // Eze, slot 13
+// Each of the 23 slots reaches its own field: C 1-6, ks 7-9, alpha 10-12,
+// E0 13-15, kf 16-19, kb 20-23; a fit starts from 0 where the mechanism has
+// no such species, charge reaction or first-order reaction.
+TEST(ParameterSlots, EachSlotItsOwnField) {
+  Experiment e;
+  e.NSpecies = 2;
+  e.NCharge = 1;
+  e.NChem = 1;
+  for (int slot = 1; slot <= kParameterSlots; ++slot) SlotField(e, slot) = 100 + slot;
+  EXPECT_EQ(std::vector<double>({e.C(6), e.ks(3), e.alph(3), e.Eze(3), e.kf(4), e.kb(4)}),
+            std::vector<double>({106, 109, 112, 115, 119, 123}));
+  const std::set<int> present = {1, 2, 7, 10, 13, 16, 20};  // C of A and B, reaction 1, chemical reaction 1
+  for (int slot = 1; slot <= kParameterSlots; ++slot) EXPECT_EQ(SlotStartValue(e, slot), present.count(slot) ? 100 + slot : 0) << slot;
+  EXPECT_THROW(SlotField(e, kFitSlots + 1), RunError);
 }
 
-TEST_F(ReferenceFit, LimitsInTheWrongOrderHoldTheParameterAtTheLowerOne) {
-  wb.formExpr().control("TextCmin", 13).setText("0.1");
-  wb.formExpr().control("TextCmax", 13).setText("0.05");
-  AutoFit(wb);
-  EXPECT_EQ(wb.formExpr().control("CheckFitted", 13).caption(), "1.e-1");
-}
-
-TEST_F(ReferenceFit, AHiddenTickedBoxDoesNotCount) {
-  Tick(wb, 8);  // ks of a second charge reaction, which mechanism 1 hides
-  Tick(wb, 1, false);
-  AutoFit(wb);
-  ASSERT_FALSE(wb.formExpr().control("CheckFitted", 8).visible());
-  const auto& lines = wb.formResult().lines();
-  const auto head = std::find(lines.begin(), lines.end(), "No.           Initial value               Fitted value");
-  ASSERT_NE(head, lines.end());
-  EXPECT_EQ(ZoneValue(*(head + 2), 0), 2);
-  EXPECT_EQ(*(head + 3), "");
-  EXPECT_EQ(wb.formExpr().control("CheckFitted", 8).caption(), "");
-}
-
-TEST_F(ReferenceFit, NoTickedBoxEndsInTheFitErrorAfterTwentySixSimulations) {
-  for (int slot : {1, 7, 13}) Tick(wb, slot, false);
-  const long before = wb.optimiser.FitSimulations;
-  AutoFit(wb);
-  ASSERT_EQ(hw.messages().size(), 1u);
-  EXPECT_EQ(hw.messages()[0].rfind("Fit Error: ", 0), 0u);
-  EXPECT_NE(hw.messages()[0].find("! Please try again by other initial values."), std::string::npos);
-  EXPECT_EQ(wb.optimiser.FitSimulations - before, 26);
-  EXPECT_TRUE(wb.formResult().lines().empty());  // no line, no table
-  EXPECT_FALSE(wb.experiment.AutoFitFlag);
-}
-
-TEST(FitFaults, TwentyOneTickedBoxesFailBeforeAnySimulation) {
-  HeadlessWorkbench hw;
-  ReferenceSweep(hw.wb);
-  SimulateTarget(hw.wb, "0");
-  for (int slot = 1; slot <= 21; ++slot) {
-    Tick(hw.wb, slot);
-    hw.wb.formExpr().control("CheckFitted", slot).visible(true);
-  }
-  FitCurve target = NewFitCurve();
-  RunAutoFit(hw.wb, target);
-  ASSERT_EQ(hw.messages().size(), 1u);
-  EXPECT_NE(hw.messages()[0].find("ubscript"), std::string::npos) << hw.messages()[0];
-  EXPECT_EQ(hw.wb.optimiser.FitSimulations, 0);
-}
-
-TEST(ManualFitCommand, SimulatesOnceIntoRowTwoWithoutNoiseOrReport) {
-  HeadlessWorkbench hw;
-  ReferenceSweep(hw.wb);
-  SimulateTarget(hw.wb, "0");
-  std::vector<double> clean(hw.wb.store.YData.row(1), hw.wb.store.YData.row(1) + 122);
-  hw.wb.formIns().control("Noise").setText("5");
-  ManualFit(hw.wb);
-  EXPECT_EQ(hw.wb.experiment.CurNo, 2);
-  EXPECT_EQ(hw.wb.experiment.NCurves, 2);
-  for (int l = 1; l <= 121; ++l) ASSERT_EQ(hw.wb.store.YData(2, l), clean[l]) << l;
-  EXPECT_TRUE(hw.wb.formResult().lines().empty());
-  EXPECT_FALSE(hw.wb.experiment.AutoFitFlag);
+// Slot 24, D of the first species, carries the others along: their ratios,
+// and with them the balance of the wave, stay as typed.
+TEST(ParameterSlots, FittedDiffusionKeepsTheRatiosOfTheSpecies) {
+  Experiment e;
+  const double typed[] = {0, 1e-5, 2e-5, 0.5e-5, 0, 0, 0};
+  for (int i = 1; i <= kMaxSpecies; ++i) e.D(i) = typed[i];
+  WriteSlotValue(e, kDiffusionSlot, 3e-5);
+  for (int i = 1; i <= kMaxSpecies; ++i) EXPECT_DOUBLE_EQ(e.D(i), 3 * typed[i]) << i;
 }
 
 }  // namespace
-}  // namespace voltrix
-
-namespace voltrix {
-namespace {
-
-// y = 1e8 p^3 x against a zero target: each Gauss-Newton step keeps two
-// thirds of p, so every pass gains far more than 0.02 percent and only the
-// pass limit ends the fit (the factor keeps the derivative measurable down
-// to the last pass).
-class CubeModel : public FitModel {
- public:
-  void Objective(const ParameterVector& p, int& n, FitCurve& curve) override {
-    n = 5;
-    for (int l = 1; l <= n; ++l) curve[l] = 1e8 * p(1) * p(1) * p(1) * l;
-  }
-};
-
-TEST(FitPassLimit, FiftyOnePassesEndWithFlagOne) {
-  HeadlessWorkbench hw;
-  Workbench& wb = hw.wb;
-  wb.formExpr().control("CheckFitted", 1).setValue(1);
-  wb.formExpr().control("TextCmin", 1).setText("-10");
-  wb.formExpr().control("TextCmax", 1).setText("10");
-  wb.formExpr().OK();
-  wb.experiment.C(1) = 1.0;
-  wb.experiment.NData = 5;
-  CubeModel model;
-  RunAutoFit(wb, NewFitCurve(), model);
-  ASSERT_TRUE(hw.messages().empty()) << hw.messages().front();
-  EXPECT_EQ(ReportValue(wb.formResult(), "Convergence flag = "), 1);
-  EXPECT_EQ(ReportValue(wb.formResult(), "No. of iteration = "), 51);
-  EXPECT_EQ(ReportValue(wb.formResult(), "Standard deviation^2 = "), 0);
-  // p has shrunk by about (2/3)^51.
-  EXPECT_CLOSE(Caption(wb, 1), std::pow(2.0 / 3.0, 51), 0.05);
-}
-
-}  // namespace
-}  // namespace voltrix
-
-namespace voltrix {
-namespace {
-
-TEST(FitFloor, NoTickedBoxOnAnExactTargetEndsNormallyWithAnEmptyTable) {
-  HeadlessWorkbench hw;
-  ReferenceSweep(hw.wb);
-  SimulateTarget(hw.wb, "0");
-  Tick(hw.wb, 1, false);
-  AutoFit(hw.wb);
-  EXPECT_TRUE(hw.messages().empty());
-  const TextWindow& r = hw.wb.formResult();
-  EXPECT_EQ(ReportValue(r, "Convergence flag = "), -1);
-  EXPECT_EQ(ReportValue(r, "Least square = "), 0);
-  EXPECT_EQ(ReportValue(r, "No. of obj. fun. = "), 1);
-  const auto& lines = r.lines();
-  const auto head = std::find(lines.begin(), lines.end(), "No.           Initial value               Fitted value");
-  ASSERT_NE(head, lines.end());
-  EXPECT_EQ(*(head + 1), "");
-}
-
-}  // namespace
-}  // namespace voltrix
-
-namespace voltrix {
-namespace {
-
-// The same fit through the digital simulation of the typed A + e = B, over a
-// whole cycle (242 points); tolerances as for the closed forms.
-TEST(DigitalFit, RecoversTheTrueValuesSeriallyAndInParallelAlike) {
-  HeadlessWorkbench serial, parallel;
-  for (HeadlessWorkbench* hw : {&serial, &parallel}) {
-    Workbench& wb = hw->wb;
-    ASSERT_TRUE(wb.experiment.Digital);
-    wb.formIns().control("ComboScan").setText("cycle");
-    wb.formExpr().control("Eze", 1).setText("0");
-    wb.formExpr().control("ks", 1).setText("0.005");
-    SimulateTarget(wb, "1");
-    ASSERT_EQ(wb.experiment.NData, 242);
-    wb.formExpr().control("Eze", 1).setText("0.03");
-    wb.formExpr().control("ks", 1).setText("0.002");
-    wb.formExpr().control("C", 1).setText("1.3e-3");
-    Tick(wb, 7);
-    Tick(wb, 13);
-  }
-  serial.wb.optimiser.ProbeThreads = 1;
-  parallel.wb.optimiser.ProbeThreads = 2;
-  AutoFit(serial.wb);
-  AutoFit(parallel.wb);
-  ASSERT_TRUE(serial.messages().empty()) << serial.messages().front();
-  EXPECT_CLOSE(Caption(serial.wb, 1), 1e-3, 0.005);
-  EXPECT_NEAR(Caption(serial.wb, 13), 0.0, 0.001);
-  EXPECT_CLOSE(Caption(serial.wb, 7), 0.005, 0.03);
-  const auto& a = serial.wb.formResult().lines();
-  const auto& b = parallel.wb.formResult().lines();
-  ASSERT_EQ(a.size(), b.size());
-  for (std::size_t i = 0; i + 1 < a.size(); ++i) EXPECT_EQ(a[i], b[i]);
-  for (int l = 1; l <= 242; ++l) ASSERT_EQ(serial.wb.store.YData(2, l), parallel.wb.store.YData(2, l)) << l;
-}
-
-}  // namespace
-}  // namespace voltrix
+}  // namespace voltrix::test

@@ -49,15 +49,11 @@ TEST(PotentialProgram, TimingOfEachTechnique) {
     // Difference techniques sum to nothing, single samples to one per point.
     EXPECT_DOUBLE_EQ(weights, c.technique >= 4 ? 0 : 6) << c.what;
   }
-}
-
-TEST(PotentialProgram, RefusesTimesThatAreNotPositive) {
-  Table1<double, kMaxPoints + 1> X;
-  Experiment sweep = ThreePointCycle(1);
+  // Times that are not positive are refused.
+  Experiment sweep = ThreePointCycle(1), pulse = ThreePointCycle(3);
   sweep.V = 0;
-  EXPECT_THROW(BuildPotentialProgram(sweep, X), RunError);
-  Experiment pulse = ThreePointCycle(3);
   pulse.tp = 0;
+  EXPECT_THROW(BuildPotentialProgram(sweep, X), RunError);
   EXPECT_THROW(BuildPotentialProgram(pulse, X), RunError);
 }
 

@@ -1,366 +1,168 @@
+// The plot: limits rounded out to whole decades, the unit line, the marks
+// and labels, the frame and the styles of the curves, and the runs that end
+// in "Error: No data!" or end the drawing silently.
 #include "ui/plot_engine.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
+#include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "support/expect_close.h"
-#include "support/headless_workbench.h"
+#include "support/session.h"
 #include "ui/form_option.h"
 #include "ui/plot_display_list.h"
 
 namespace voltrix {
 namespace {
 
-// A sweep from 0.3 V down to -0.3 V in 61 points (dx = 0.6), one curve row.
-struct PlotBench : test::HeadlessWorkbench {
-  explicit PlotBench(double (*curve)(double)) {
-    Experiment& e = wb.experiment;
+// 61 points from 0.3 V down to -0.3 V, one curve row: by default a
+// reduction peak of 3.2e-5 A at 0 V.
+struct PlotBench : test::Session {
+  explicit PlotBench(const std::function<double(double)>& curve = [](double x) { return 3.2e-5 * std::exp(-x * x / 0.005); }) {
     e.First = 1;
     e.Last = 61;
     e.NCurves = 1;
-    for (int i = 1; i <= 61; ++i) {
-      const double x = 0.3 - 0.01 * (i - 1);
-      wb.store.XData(i) = x;
-      wb.store.YData(1, i) = curve(x);
-    }
+    for (int i = 1; i <= 61; ++i) s.XData(i) = 0.3 - 0.01 * (i - 1);
+    for (int i = 1; i <= 61; ++i) s.YData(1, i) = curve(s.XData(i));
   }
-  Control& option(const char* name, int index = -1) { return wb.formOption().control(name, index); }
-  std::vector<DrawCall> picture() const { return LastPicture(platform.plot.calls); }
-  std::vector<std::string> prints() const {
-    std::vector<std::string> out;
-    for (const DrawCall& c : picture())
-      if (c.op == "print") out.push_back(c.text);
-    return out;
+  // Settings of formOption, "name=value;name=value".
+  void options(std::string settings) {
+    for (std::size_t at; (at = settings.find(';')) != std::string::npos;) settings.replace(at, 1, "\nset formOption.");
+    run(settings.empty() ? "" : "set formOption." + settings);
   }
-  std::vector<DrawCall> ops(const std::string& op) const {
+  std::vector<DrawCall> picture() { return LastPicture(cli.platform().plot.calls); }
+  std::vector<DrawCall> ops(const std::string& op) {
     std::vector<DrawCall> out;
     for (const DrawCall& c : picture())
       if (c.op == op) out.push_back(c);
     return out;
   }
-  // The printed text that follows a text position at (x, y).
-  std::vector<std::pair<std::vector<float>, std::string>> labels() const {
-    std::vector<std::pair<std::vector<float>, std::string>> out;
-    std::vector<float> at;
-    for (const DrawCall& c : picture()) {
-      if (c.op == "textpos") at = c.args;
-      if (c.op == "print") out.push_back({at, c.text});
-    }
+  std::string prints() {
+    std::string out;
+    for (const DrawCall& c : ops("print")) out += c.text + "|";
     return out;
   }
 };
 
-bool Near(float a, float b) { return std::fabs(a - b) <= 1e-5f * std::fabs(b); }
-
-// A reduction peak of 3.2e-5 A at 0 V.
-double Peak(double x) { return 3.2e-5 * std::exp(-x * x / 0.005); }
-double Zero(double) { return 0.0; }
-double Negative(double x) { return -5.5e-6 * (1 - x); }  // -3.85e-6 .. -7.15e-6
-
-TEST(PlotLimits, PositivePeakRoundsOutwardToWholeDecades) {
-  PlotBench b(Peak);
-  PlotCurves(b.wb);
-  EXPECT_TRUE(b.messages().empty());
-  EXPECT_CLOSE(b.wb.experiment.Ymax, 4e-5, 1e-12);
-  EXPECT_CLOSE(b.wb.experiment.Ymin, -1e-5, 1e-12);
-  EXPECT_CLOSE(b.wb.experiment.Xmax, 0.3, 1e-12);
-  EXPECT_CLOSE(b.wb.experiment.Xmin, -0.3, 1e-12);
-  ASSERT_FALSE(b.prints().empty());
-  EXPECT_EQ(b.prints().front(), "I /A  1E-5");
-
-  // Y labels count the decades from Ymax down to Ymin.
-  std::vector<std::string> yLabels;
-  for (const auto& [at, text] : b.labels())
-    if (std::fabs(at[0] - (0.3f + 0.04f * 0.6f)) < 1e-6f) yLabels.push_back(text);
-  EXPECT_EQ(yLabels, (std::vector<std::string>{"4", "3", "2", "1", "0", "-1"}));
-
-  // X labels every 0.1 V, both frame edges included.
-  std::vector<std::string> xLabels;
-  for (const auto& [at, text] : b.labels())
-    if (std::fabs(at[1] - (-1e-5f)) < 1e-12f && std::fabs(at[0]) <= 0.3f + 1e-6f) xLabels.push_back(text);
-  EXPECT_EQ(xLabels, (std::vector<std::string>{"-0.3", "-0.2", "-0.1", "0.", "0.1", "0.2", "0.3"}));
-}
-
-TEST(PlotLimits, WholeMultipleStillGrowsAndNegativeCurvesKeepZeroInRange) {
-  PlotBench whole([](double) { return 2.0; });
-  PlotCurves(whole.wb);
-  EXPECT_EQ(whole.wb.experiment.Ymax, 3.0);
-  EXPECT_EQ(whole.wb.experiment.Ymin, -1.0);
-  EXPECT_EQ(whole.prints().front(), "I /A  1E0");
-
-  PlotBench negative(Negative);
-  PlotCurves(negative.wb);
-  EXPECT_CLOSE(negative.wb.experiment.Ymax, 1e-6, 1e-12);
-  EXPECT_CLOSE(negative.wb.experiment.Ymin, -8e-6, 1e-12);
-  EXPECT_EQ(negative.prints().front(), "I /A  1E-6");
-}
-
-TEST(PlotLimits, AllZeroCurvesFallBackToOneMillion) {
-  PlotBench b(Zero);
-  PlotCurves(b.wb);
-  EXPECT_TRUE(b.messages().empty());
-  EXPECT_EQ(b.wb.experiment.Ymax, 1e6);
-  EXPECT_EQ(b.wb.experiment.Ymin, 0.0);
-  EXPECT_EQ(b.prints().front(), "I /A  1E6");
-  // Ymin = 0 gives no count for the reversed Y marks: the plot ends after
-  // the X labels, without Y labels, and without a message.
-  const auto prints = b.prints();
-  EXPECT_EQ(prints.back(), "0.3");
-  EXPECT_EQ(std::count(prints.begin(), prints.end(), "1"), 0);
-
-  // Left to right, the Ymax-based count exists and labels 0 and 1 appear.
-  PlotBench forward(Zero);
-  forward.option("CheckXdir").setValue(0);
-  PlotCurves(forward.wb);
-  const auto fp = forward.prints();
-  EXPECT_EQ(std::vector<std::string>(fp.end() - 2, fp.end()), (std::vector<std::string>{"0", "1"}));
-}
-
-TEST(PlotLimits, ManualLimitsAreTakenAsTypedAndEqualOnesGiveNoData) {
-  PlotBench b(Peak);
-  b.option("Yauto").setValue(0);
-  b.option("YminText").setText("-2e-5");
-  b.option("YmaxText").setText("6e-5 A");  // the leading number counts
-  PlotCurves(b.wb);
-  EXPECT_EQ(b.wb.experiment.Ymax, 6e-5);
-  EXPECT_EQ(b.wb.experiment.Ymin, -2e-5);
-
-  PlotBench same(Peak);
-  same.option("Xauto").setValue(0);
-  same.option("XminText").setText("0.1");
-  same.option("XmaxText").setText("0.1");
-  PlotCurves(same.wb);
-  EXPECT_EQ(same.messages(), (std::vector<std::string>{"Error: No data!"}));
-  EXPECT_TRUE(same.picture().empty());  // the window stays blank
-
-  PlotBench empty(Zero);
-  for (int i = 1; i <= 61; ++i) empty.wb.store.XData(i) = 0;
-  PlotCurves(empty.wb);
-  EXPECT_EQ(empty.messages(), (std::vector<std::string>{"Error: No data!"}));
-}
-
-TEST(PlotLayout, ScaleLeavesMarginsAndReversedAxisPutsPositiveLeft) {
-  PlotBench b(Peak);
-  PlotCurves(b.wb);
-  const auto scales = b.ops("scale");
-  ASSERT_EQ(scales.size(), 2u);
-  // left, top, right, bottom: 10 % of dx beside, 1.5 and 1.8 decades above and below.
-  EXPECT_NEAR(scales[0].args[0], -0.36f, 1e-6f);
-  EXPECT_NEAR(scales[0].args[1], 5.5e-5f, 1e-11f);
-  EXPECT_NEAR(scales[0].args[2], 0.36f, 1e-6f);
-  EXPECT_NEAR(scales[0].args[3], -2.8e-5f, 1e-11f);
-  EXPECT_NEAR(scales[1].args[0], 0.36f, 1e-6f);
-  EXPECT_NEAR(scales[1].args[2], -0.36f, 1e-6f);
-  // Y marks stand on the Xmax edge and point into the frame.
-  const auto lines = b.ops("line");
-  bool markAtXmax = false;
-  for (const DrawCall& l : lines)
-    if (l.args[0] == 0.3f && std::fabs(l.args[2] - (0.3f - 0.006f)) < 1e-6f && l.args[1] == l.args[3]) markAtXmax = true;
-  EXPECT_TRUE(markAtXmax);
-
-  PlotBench forward(Peak);
-  forward.option("CheckXdir").setValue(0);
-  PlotCurves(forward.wb);
-  EXPECT_EQ(forward.ops("scale").size(), 1u);
-  bool markAtXmin = false;
-  for (const DrawCall& l : forward.ops("line"))
-    if (l.args[0] == -0.3f && std::fabs(l.args[2] - (-0.3f + 0.006f)) < 1e-6f && l.args[1] == l.args[3]) markAtXmin = true;
-  EXPECT_TRUE(markAtXmin);
-}
-
-TEST(PlotLayout, FrameUnitLineZeroLineAndAxisTitle) {
-  PlotBench b(Peak);
-  PlotCurves(b.wb);
-  const auto pic = b.picture();
-  const auto boxes = b.ops("box");
-  ASSERT_FALSE(boxes.empty());
-  // The first box is the frame (Curve 1 draws boxes too, after it).
-  EXPECT_NEAR(boxes[0].args[0], -0.3f, 1e-6f);
-  EXPECT_NEAR(boxes[0].args[1], -1e-5f, 1e-11f);
-  EXPECT_NEAR(boxes[0].args[2], 0.3f, 1e-6f);
-  EXPECT_NEAR(boxes[0].args[3], 4e-5f, 1e-11f);
-
-  // The zero line is the one dashed line, along y = 0 from Xmin to Xmax.
-  std::vector<DrawCall> dashedLines;
-  bool dashed = false;
-  for (const DrawCall& c : pic) {
-    if (c.op == "dashed") dashed = c.args[0] != 0;
-    if (c.op == "line" && dashed) dashedLines.push_back(c);
-  }
-  ASSERT_EQ(dashedLines.size(), 1u);
-  EXPECT_EQ(dashedLines[0].args, (std::vector<float>{-0.3f, 0, 0.3f, 0}));
-  EXPECT_FALSE(dashed);  // solid again afterwards
-
-  // "E /V" centred under the frame, one decade below it.
-  bool title = false;
-  for (const auto& [at, text] : b.labels())
-    if (text == "E /V") title = std::fabs(at[0]) < 1e-6f && std::fabs(at[1] - (-2e-5f)) < 1e-11f;
-  EXPECT_TRUE(title);
-
-  // A curve that never goes below zero in a manual range above zero has no zero line.
-  PlotBench above(Peak);
-  above.option("Yauto").setValue(0);
-  above.option("YminText").setText("1e-5");
-  above.option("YmaxText").setText("4e-5");
-  PlotCurves(above.wb);
-  for (const DrawCall& c : above.picture()) EXPECT_NE(c.op, "dashed");
-}
-
-TEST(PlotLayout, UnitLineFollowsTheQuantityShownEvenWithoutOK) {
-  const std::pair<int, const char*> quantities[] = {
-      {0, "I /A  1E-5"}, {1, "R /Ohm  1E-5"}, {2, "Cond *Ohm  1E-5"}, {3, "C /M  1E-5"}};
-  for (const auto& [index, line] : quantities) {
-    PlotBench b(Peak);
-    b.option("ComboY").setListIndex(index);
+// Limits and texts; every expectation follows from the plot's rules: Ymax and
+// Ymin rounded out to the next whole decade of the larger size, 10^6 when
+// nothing is found, X marks 0.1 V apart, Y marks one decade apart counted
+// from Ymax down (the X axis reversed by default).
+TEST(PlotLimits, DecadesUnitLineAndLabels) {
+  const struct {
+    const char* options;
+    void (*data)(PlotBench&);
+    double xmin, xmax, ymin, ymax;
+    const char* prints;
+  } cases[] = {
+      {"", nullptr, -0.3, 0.3, -1e-5, 4e-5, "I /A  1E-5|E /V|-0.3|-0.2|-0.1|0.|0.1|0.2|0.3|4|3|2|1|0|-1|"},
+      {"", [](PlotBench& b) { b.wb.store.YData(1, 30) = 2; }, -0.3, 0.3, -1, 3,  // a whole multiple still grows
+       "I /A  1E0|E /V|-0.3|-0.2|-0.1|0.|0.1|0.2|0.3|3|2|1|0|-1|"},
+      {"", [](PlotBench& b) { for (int i = 1; i <= 61; ++i) b.wb.store.YData(1, i) = -5.5e-6 * (1 - b.wb.store.XData(i)); },
+       -0.3, 0.3, -8e-6, 1e-6, "I /A  1E-6|"},
+      {"CheckXdir=0", nullptr, -0.3, 0.3, -1e-5, 4e-5, "I /A  1E-5|E /V|-0.3|-0.2|-0.1|0.|0.1|0.2|0.3|-1|0|1|2|3|4|"},
+      {"", [](PlotBench& b) { b.wb.store.YData.fill(0); }, -0.3, 0.3, 0, 1e6,  // all zero: no count of Y marks
+       "I /A  1E6|E /V|-0.3|-0.2|-0.1|0.|0.1|0.2|0.3|"},
+      {"CheckXdir=0", [](PlotBench& b) { b.wb.store.YData.fill(0); }, -0.3, 0.3, 0, 1e6,
+       "I /A  1E6|E /V|-0.3|-0.2|-0.1|0.|0.1|0.2|0.3|0|1|"},
+      // Both X limits inside the scan: 0 V up to 0.2 V, down to -0.2 V, back to 0 V.
+      {"", [](PlotBench& b) { for (int i = 1; i <= 61; ++i) b.wb.store.XData(i) = 0.2 * std::sin(3.141592654 * (i - 1) / 20); },
+       -0.2, 0.2, -1e-5, 4e-5, nullptr},
+      {"Yauto=0;YminText=-2e-5;YmaxText=6e-5 A", nullptr, -0.3, 0.3, -2e-5, 6e-5, nullptr},  // the leading number counts
+      {"ComboY=resistance R", nullptr, -0.3, 0.3, -1e-5, 4e-5, "R /Ohm  1E-5|"},
+      {"ComboY=conductance Cond", nullptr, -0.3, 0.3, -1e-5, 4e-5, "Cond *Ohm  1E-5|"},
+      {"ComboY=surface concentration C", nullptr, -0.3, 0.3, -1e-5, 4e-5, "C /M  1E-5|"},
+      // Run-time errors end the plot silently after what is drawn: no count
+      // of X marks, no style for a seventh row, marks beyond 16 bits.
+      {"Xauto=0;XminText=-0.02;XmaxText=0.02", nullptr, -0.02, 0.02, -1e-5, 4e-5, "I /A  1E-5|E /V|"},
+      {"Yauto=0", [](PlotBench& b) { b.wb.experiment.NCurves = 7; }, -0.3, 0.3, -1e-3, 1e-3, "I /A  1E-3|E /V|"},
+      {"Xauto=0;XminText=0;XmaxText=4000", nullptr, 0, 4000, -1e-5, 4e-5, "I /A  1E-5|E /V|"},
+  };
+  for (const auto& c : cases) {
+    PlotBench b;
+    b.options(c.options);
+    if (c.data) c.data(b);
     PlotCurves(b.wb);
-    EXPECT_EQ(b.prints().front(), line);
-    EXPECT_EQ(b.wb.store.YData(1, 31), 3.2e-5);  // the data itself is untouched
+    const Experiment& e = b.wb.experiment;
+    EXPECT_EQ(b.err.str(), "") << c.options;
+    EXPECT_NEAR(e.Xmin, c.xmin, 1e-12) << c.options;
+    EXPECT_NEAR(e.Xmax, c.xmax, 1e-12) << c.options;
+    EXPECT_CLOSE(e.Ymin, c.ymin, 1e-12) << c.options;
+    EXPECT_CLOSE(e.Ymax, c.ymax, 1e-12) << c.options;
+    if (c.prints) {
+      EXPECT_EQ(b.prints().substr(0, std::string(c.prints).size()), c.prints) << c.options;
+    }
+  }
+  for (const char* range : {"0.1", ""}) {  // no X range, and no X at all
+    PlotBench b;
+    b.options(std::string("Xauto=0;XminText=") + range + ";XmaxText=" + range);
+    PlotCurves(b.wb);
+    EXPECT_EQ(b.err.str(), "message: Error: No data!\n");
+    EXPECT_TRUE(b.picture().empty());
   }
 }
 
-TEST(PlotCurveStyles, DotsBoxesAndJoinedLines) {
-  // Curve 1 defaults to boxes centred on each point, 1 % of each range wide.
-  PlotBench boxes(Peak);
-  PlotCurves(boxes.wb);
-  auto bx = boxes.ops("box");
-  ASSERT_EQ(bx.size(), 62u);  // the frame and one per point
+// Where things are drawn: margins of 10 % of the X range and 1.5 and 1.8
+// decades; the frame; the dashed zero line from Xmin to Xmax; "E /V" under
+// the frame's centre; the Y marks on the Xmax edge pointing in; each point a
+// box of 1 % of either range around it.
+TEST(PlotLayout, FrameMarksAndCurveStyles) {
+  PlotBench b;
+  b.options("CheckGrid=1");
+  PlotCurves(b.wb);
+  const auto scales = b.ops("scale"), boxes = b.ops("box");
+  ASSERT_EQ(scales.size(), 2u);
+  EXPECT_EQ(scales[0].args, (std::vector<float>{-0.36f, 5.5e-5f, 0.36f, -2.8e-5f}));
+  EXPECT_EQ(scales[1].args, (std::vector<float>{0.36f, 5.5e-5f, -0.36f, -2.8e-5f}));
+  ASSERT_EQ(boxes.size(), 62u);  // the frame, then one per point
+  EXPECT_EQ(boxes[0].args, (std::vector<float>{-0.3f, -1e-5f, 0.3f, 4e-5f}));
   for (int i = 1; i <= 61; ++i) {
-    const DrawCall& c = bx[i];
-    EXPECT_NEAR((c.args[0] + c.args[2]) / 2, static_cast<float>(boxes.wb.store.XData(i)), 1e-6f);
-    EXPECT_NEAR((c.args[1] + c.args[3]) / 2, static_cast<float>(Peak(boxes.wb.store.XData(i))), 1e-10f);
-    EXPECT_NEAR(c.args[2] - c.args[0], 0.006f, 1e-6f);
-    EXPECT_NEAR(c.args[3] - c.args[1], 5e-7f, 1e-11f);
+    EXPECT_NEAR(boxes[i].args[0] + 0.003f, b.wb.store.XData(i), 1e-6f);
+    EXPECT_NEAR(boxes[i].args[2] - boxes[i].args[0], 0.006f, 1e-7f);  // 1 % of either range
+    EXPECT_NEAR(boxes[i].args[3] - boxes[i].args[1], 5e-7f, 1e-11f);
   }
-
-  PlotBench dots(Peak);
-  dots.option("linestyle1", 0).setValue(1);
-  PlotCurves(dots.wb);
-  EXPECT_EQ(dots.ops("point").size(), 61u);
-  EXPECT_EQ(dots.ops("box").size(), 1u);
-
-  PlotBench joined(Peak);
-  joined.option("linestyle3", 0).setValue(1);
-  PlotCurves(joined.wb);
-  EXPECT_EQ(joined.ops("point").size(), 1u);
-  // Segments run from point to point: each starts where the previous ended.
+  const std::vector<DrawCall> pic = b.picture();
+  int dashed = 0, yMarks = 0, gridX = 0, gridY = 0, title = 0;
+  bool on = false;
+  for (std::size_t k = 1; k < pic.size(); ++k) {
+    const auto& a = pic[k].args;
+    on = pic[k].op == "dashed" ? a[0] != 0 : on;
+    title += pic[k].text == "E /V" && pic[k - 1].args == std::vector<float>{0, -2e-5f};  // under the frame's centre
+    if (pic[k].op != "line") continue;
+    dashed += on && a == std::vector<float>{-0.3f, 0, 0.3f, 0};
+    yMarks += a[0] == 0.3f && std::fabs(a[2] - 0.294f) < 1e-6f && a[1] == a[3];
+    gridX += a[0] == a[2] && a[1] == -1e-5f && a[3] == 4e-5f;
+    gridY += a[1] == a[3] && a[1] != 0 && std::fabs(a[0] + 0.3f) < 1e-6f && std::fabs(a[2] - 0.3f) < 1e-6f;
+  }
+  // Seven X grid lines: the running sum of 0.1 from -0.3 reaches 0.29999999999999993 < 0.3.
+  EXPECT_EQ(std::vector<int>({dashed, on, yMarks, gridX, gridY, title}), std::vector<int>({1, 0, 6, 7, 4, 1}));
+  // Styles by frame: Curve 1 boxes, Curve 2 a joined line, Curve 3 dots.
+  PlotBench three;
+  three.wb.experiment.NCurves = 3;
+  for (int i = 1; i <= 61; ++i) three.wb.store.YData(3, i) = three.wb.store.YData(2, i) = -three.wb.store.YData(1, i);
+  PlotCurves(three.wb);
+  EXPECT_EQ(three.ops("box").size(), 62u);
+  EXPECT_EQ(three.ops("point").size(), 62u);  // the first point of the line, then 61 dots
   std::vector<DrawCall> segments;
-  for (const DrawCall& c : joined.ops("line"))
+  for (const DrawCall& c : three.ops("line"))
     if (c.args[0] != c.args[2] && c.args[1] != c.args[3]) segments.push_back(c);
   ASSERT_EQ(segments.size(), 60u);
-  for (std::size_t k = 1; k < segments.size(); ++k) {
-    EXPECT_EQ(segments[k].args[0], segments[k - 1].args[2]);
-    EXPECT_EQ(segments[k].args[1], segments[k - 1].args[3]);
-  }
-  EXPECT_NEAR(segments.back().args[2], -0.3f, 1e-6f);
-}
-
-TEST(PlotCurveStyles, OverlappedRowsKeepTheStylesOfTheirFrames) {
-  PlotBench b(Peak);
-  b.wb.experiment.NCurves = 3;
-  for (int i = 1; i <= 61; ++i) {
-    b.wb.store.YData(2, i) = 0.5 * b.wb.store.YData(1, i);
-    b.wb.store.YData(3, i) = -0.5 * b.wb.store.YData(1, i);
-  }
-  PlotCurves(b.wb);
-  // Defaults: Curve 1 boxes, Curve 2 a joined line, Curve 3 dots.
-  EXPECT_EQ(b.ops("box").size(), 62u);
-  EXPECT_EQ(b.ops("point").size(), 1u + 61u);
-  EXPECT_CLOSE(b.wb.experiment.Ymin, -2e-5, 1e-12);  // -1.6e-5 rounded outward
-}
-
-TEST(PlotFailures, RunTimeErrorsEndSilentlyAfterCurvesAndFrame) {
-  // dx of 0.04 V gives no X mark count: curves and frame stay, marks are missing.
-  PlotBench narrow(Peak);
-  narrow.option("Xauto").setValue(0);
-  narrow.option("XminText").setText("-0.02");
-  narrow.option("XmaxText").setText("0.02");
-  PlotCurves(narrow.wb);
-  EXPECT_TRUE(narrow.messages().empty());
-  EXPECT_EQ(narrow.ops("box").size(), 62u);
-  EXPECT_EQ(narrow.prints(), (std::vector<std::string>{"I /A  1E-5", "E /V"}));
-
-  // A row above the last line style: the earlier rows are drawn, then it stops.
-  PlotBench rows(Peak);
-  rows.option("Yauto").setValue(0);
-  rows.wb.experiment.NCurves = 7;
-  PlotCurves(rows.wb);
-  EXPECT_TRUE(rows.messages().empty());
-  EXPECT_EQ(rows.prints(), (std::vector<std::string>{"I /A  1E-3", "E /V"}));
-
-  // More than 16 bits of marks.
-  PlotBench wide(Peak);
-  wide.option("Xauto").setValue(0);
-  wide.option("XminText").setText("0");
-  wide.option("XmaxText").setText("4000");
-  PlotCurves(wide.wb);
-  EXPECT_TRUE(wide.messages().empty());
-  EXPECT_EQ(wide.prints().size(), 2u);
-
-  // A manual Y range millions of decades wide must end, not hang.
-  PlotBench huge(Peak);
-  huge.option("Yauto").setValue(0);
-  huge.option("YminText").setText("-1e6");
-  huge.option("YmaxText").setText("1e30");
-  PlotCurves(huge.wb);
-  EXPECT_TRUE(huge.messages().empty());
-}
-
-TEST(PlotFailures, GridLinesFollowTheRunningSumAcrossTheFrame) {
-  PlotBench b(Peak);
-  b.option("CheckGrid").setValue(1);
-  PlotCurves(b.wb);
-  int vertical = 0, horizontal = 0;
-  for (const DrawCall& l : b.ops("line")) {
-    if (l.args[0] == l.args[2] && Near(l.args[1], -1e-5f) && Near(l.args[3], 4e-5f)) ++vertical;
-    if (l.args[1] == l.args[3] && Near(l.args[0], -0.3f) && Near(l.args[2], 0.3f) && l.args[1] != 0) ++horizontal;
-  }
-  EXPECT_EQ(vertical, 7);    // -0.3 .. 0.2, and the seventh sum 0.29999999999999993 < 0.3
-  EXPECT_EQ(horizontal, 4);  // -1e-5, 1e-5, 2e-5, 3e-5 (0 is the dashed line)
-}
-
-TEST(PlotRecording, DisplayListKeepsOnlyTheLastPictureAndReplaysIt) {
-  PlotBench b(Peak);
-  PlotCurves(b.wb);
-  PlotCurves(b.wb);
+  for (std::size_t k = 1; k < segments.size(); ++k) EXPECT_EQ(segments[k].args[0], segments[k - 1].args[2]);
+  // A display list replays the last picture call for call.
+  PlotCurves(three.wb);
   DisplayList list;
-  Replay(b.platform.plot.calls, list);
-  EXPECT_TRUE(list.hasPicture());
-  const auto expected = b.picture();
-  ASSERT_EQ(list.calls().size(), expected.size());
-  for (std::size_t i = 0; i < expected.size(); ++i) {
-    EXPECT_EQ(list.calls()[i].op, expected[i].op);
-    EXPECT_EQ(list.calls()[i].args, expected[i].args);
-    EXPECT_EQ(list.calls()[i].text, expected[i].text);
-  }
-  list.clear();
-  EXPECT_FALSE(list.hasPicture());
-}
-
-// X marks: x = Xmin, then x = x + step while x <= Xmax, each sum rounded to
-// a double in turn (IEEE 754 double arithmetic; checked by hand). Where the
-// sum lands above Xmax the mark at the far edge is not drawn.
-TEST(PlotMarks, XMarksFollowTheRunningSum) {
-  const struct {
-    const char *xmin, *xmax;
-    std::vector<std::string> labels;
-  } rows[] = {{"-2", "-1.8", {"-2.", "-1.9"}},          // -2 + 0.1 + 0.1 > -1.8
-              {"-2", "-1.7", {"-2.", "-1.9", "-1.8"}},  // the third sum lands above -1.7
-              {"0", "0.3", {"0.", "0.1", "0.2", "0.3"}}};  // the sums meet 0.3 exactly
-  for (const auto& row : rows) {
-    PlotBench b(Peak);
-    b.option("Xauto").setValue(0);
-    b.option("XminText").setText(row.xmin);
-    b.option("XmaxText").setText(row.xmax);
-    PlotCurves(b.wb);
-    std::vector<std::string> xLabels;
-    for (const auto& [at, text] : b.labels())
-      if (Near(at[1], -1e-5f) && at[0] <= std::stof(row.xmax) + 1e-6f) xLabels.push_back(text);  // not the Y label
-    EXPECT_EQ(xLabels, row.labels) << row.xmin << " to " << row.xmax;
-  }
+  Replay(three.cli.platform().plot.calls, list);
+  ASSERT_EQ(list.calls().size(), three.picture().size());
+  for (std::size_t k = 0; k < list.calls().size(); ++k) EXPECT_EQ(list.calls()[k].op + list.calls()[k].text, three.picture()[k].op + three.picture()[k].text);
+  // A range from zero up has no zero line.
+  PlotBench above;
+  above.options("Yauto=0;YminText=0;YmaxText=4e-5");
+  PlotCurves(above.wb);
+  EXPECT_TRUE(above.ops("dashed").empty());
 }
 
 }  // namespace
