@@ -217,6 +217,7 @@ void FormExpr::buildFitFrame() {
   add(ControlKind::TextBox, "TextStarts", -1, &f).initialText("1").place(960, 630, 615, 285);
   add(ControlKind::CheckBox, "CheckUncertainty", -1, &f)
       .initialCaption("uncertainty")
+      .initialValue(1)
       .toolTip("standard errors, 95 % intervals and correlations of the fitted values")
       .place(120, 1020, 2295, 255);
 }

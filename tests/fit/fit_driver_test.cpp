@@ -4,6 +4,7 @@
 // rows, and the failures a user can run into.
 #include "fit/fit_driver.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -69,16 +70,18 @@ TEST(AutoFit, RecoversTheTrueValuesFromWrongStarts) {
 }
 
 // The report: a head, one row per fitted value (number, value as read, value
-// fitted), an empty line, seven totals; the fitted values become captions,
-// the text boxes and the model keep what was typed.
+// fitted), an empty line, seven totals, then the uncertainty block; the
+// fitted values become captions, the text boxes and the model keep what was
+// typed.
 TEST(AutoFit, ReportsInItsZonesAndShowsFittedValuesAsCaptions) {
   Session s(kAnalytical + kTarget + "set FormExpr.Eze(1)=0.35; menu mnuAutoFit");  // E0 limits -0.2 to 0.2
   std::istringstream report(s.out.str());
   std::vector<std::string> lines;
   for (std::string line; std::getline(report, line);) lines.push_back(line);
-  ASSERT_GE(lines.size(), 12u);
-  const std::size_t head = lines.size() - 12;
-  EXPECT_EQ(lines[head], "No.           Initial value               Fitted value");
+  const auto found = std::find(lines.begin(), lines.end(), "No.           Initial value               Fitted value");
+  ASSERT_LE(found - lines.begin() + 14, lines.end() - lines.begin());
+  const std::size_t head = static_cast<std::size_t>(found - lines.begin());
+  EXPECT_EQ(lines[head + 13], "Uncertainty");
   const int slots[] = {1, 7, 13};
   const double read[] = {1.3e-3, 0.002, 0.35};
   for (int i = 1; i <= 3; ++i) {
@@ -164,9 +167,13 @@ TEST(FitCommands, RowsOfFitsAndSeparations) {
   Session failed(kAnalytical + "menu mnuSimulate; set FormExpr.CheckFitted(1)=0; set formOption.ComboY=resistance R; menu mnuAutoSeparate");
   EXPECT_CLOSE(failed.y(60, 2), 1.0, 1e-12);
   EXPECT_EQ(failed.y(60, 3), failed.s.YSim(1, 60));
-  // Manual Fit: one run into row 2, without noise or report.
+  // Manual Fit: one run into row 2, without noise or the classic report; with
+  // the uncertainty box unticked it prints nothing at all.
   Session manual(kAnalytical + "menu mnuSimulate; set FormIns.Noise=5; menu mnuManualFit");
   for (int l = 1; l <= 121; ++l) ASSERT_EQ(manual.y(l, 2), manual.y(l, 1));
+  EXPECT_EQ(manual.out.str().rfind("Least square =               0 \n\nUncertainty\n", 0), 0u);
+  manual.out.str("");
+  manual.run("set FormExpr.CheckUncertainty=0; menu mnuManualFit");
   EXPECT_EQ(manual.out.str(), "");
   int nested = 0;
   Session busy(kAnalytical + kTarget);
