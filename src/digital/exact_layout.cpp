@@ -107,8 +107,10 @@ GridRequest ChooseGrid(const Experiment& e, const ReactionSet& set, const Progra
   return g;
 }
 
+bool DividesItsOwnSteps(const Experiment& e) { return Count(e.Electrode) == 4; }
+
 std::unique_ptr<TransportCell> MakeExactCell(const Experiment& e, const ReactionSet& set, const ProgramScales& scales) {
-  if (Count(e.Electrode) == 4) return MakeMicrodiscCell(e, set, CellTiming{scales.shortestStep, scales.totalTime});
+  if (DividesItsOwnSteps(e)) return MakeMicrodiscCell(e, set, CellTiming{scales.shortestStep, scales.totalTime});
   OneDimensionalCellSetup setup;
   setup.grid = LayOutExpandingGrid(ChooseGrid(e, set, scales));
   setup.area = e.ARE.value();

@@ -22,6 +22,11 @@ double LevichFlow(double omega, double nu);
 // The grid of electrodes 1 to 3 and 5 to 8.
 GridRequest ChooseGrid(const Experiment& e, const ReactionSet& set, const ProgramScales& scales);
 
+// Whether the electrode's cell measures the error of its own steps and
+// divides them as it needs (the microdisc): the run then hands it each hold
+// whole, so that the steps it keeps for one drop serve every other.
+bool DividesItsOwnSteps(const Experiment& e);
+
 // Electrode 4 is the two-dimensional microdisc; the others are
 // one-dimensional cells. Raises InvalidArgument for a geometry input that is
 // not positive where the electrode needs it.

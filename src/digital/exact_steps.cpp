@@ -39,7 +39,8 @@ void PlanSteps(double duration, double swing, bool afterJump, const StepRules& r
   const double pieces = std::max(1.0, std::ceil(std::fabs(swing) / rules.largestSwing));
   if (!(pieces < 1e7)) Raise(ErrorKind::InvalidArgument, "The sweep would need too many time steps");
   const double cap = duration / pieces;
-  double h = afterJump ? std::min(cap, duration * rules.firstFraction) : cap;
+  const bool graded = afterJump && rules.gradeJumps;
+  double h = graded ? std::min(cap, duration * rules.firstFraction) : cap;
   double t = 0;
   while (true) {
     const double remaining = duration - t;
@@ -49,7 +50,7 @@ void PlanSteps(double duration, double swing, bool afterJump, const StepRules& r
     }
     steps.push_back(h);
     t += h;
-    if (afterJump) h = std::min(cap, t * (t < rules.lateStart * duration ? rules.earlyPart : rules.latePart));
+    if (graded) h = std::min(cap, t * (t < rules.lateStart * duration ? rules.earlyPart : rules.latePart));
   }
 }
 

@@ -10,6 +10,7 @@ namespace voltrix {
 
 struct StepRules {
   double largestSwing = 0;   // V a step may move the potential
+  bool gradeJumps = true;    // false: a cell that divides its own steps takes a hold whole
   double firstFraction = 0;  // first step after a jump, as a part of the stretch
   double earlyPart = 0;      // later steps after a jump, as a part of the time since it,
   double latePart = 0;       // before and after lateStart of the stretch

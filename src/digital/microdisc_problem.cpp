@@ -170,10 +170,11 @@ void MicrodiscProblem::addTransport(int g, const double* c, const double* old, d
   const double* cg = c + base_[g];
   const double* og = old + base_[g];
   double* Fg = F + base_[g];
+  const double perStep = 1 / h;
   for (int i = 0; i < grid_.rows; ++i) {
     const double up = grid_.xiLink[i], down = i > 0 ? grid_.xiLink[i - 1] : 0.0;
     for (int j = 0; j < columns; ++j) {
-      const double mass = grid_.mass(i, j) / h;
+      const double mass = grid_.mass(i, j) * perStep;
       const double across = grid_.etaWidth[j], along = grid_.xiWidth[i];
       const double toAxis = grid_.etaLink[j], toEdge = j > 0 ? grid_.etaLink[j - 1] : 0.0;
       for (int k = 0; k < size; ++k) {
