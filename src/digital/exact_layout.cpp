@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "digital/exact_cell.h"
+#include "digital/microdisc_cell.h"
 #include "model/checked.h"
 
 namespace voltrix {
@@ -107,14 +108,19 @@ GridRequest ChooseGrid(const Experiment& e, const ReactionSet& set, const Progra
   return g;
 }
 
-bool DividesItsOwnSteps(const Experiment& e) { return Count(e.Electrode) == 4; }
+JumpSteps JumpStepsFor(const Experiment& e) {
+  if (Count(e.Electrode) != 4) return JumpSteps::Graded;
+  return e.Ru.value() > 0 ? JumpSteps::Halves : JumpSteps::Whole;
+}
 
 std::unique_ptr<TransportCell> MakeExactCell(const Experiment& e, const ReactionSet& set, const ProgramScales& scales) {
-  if (DividesItsOwnSteps(e)) return MakeMicrodiscCell(e, set, CellTiming{scales.shortestStep, scales.totalTime});
+  if (Count(e.Electrode) == 4)
+    return MakeMicrodiscCell(e, set, CellTiming{scales.shortestStep, scales.totalTime}, scales.outline);
   OneDimensionalCellSetup setup;
   setup.grid = LayOutExpandingGrid(ChooseGrid(e, set, scales));
   setup.area = e.ARE.value();
   setup.convection = ConvectionOf(e);
+  setup.outline = scales.outline;
   return std::make_unique<OneDimensionalCell>(set, std::move(setup));
 }
 

@@ -7,6 +7,8 @@
 // again, and grows back once they agree well. Its work is counted against
 // the run's budget. The current is that of a disc of the experiment's radius; the
 // area the form shows is only its rounded pi r^2.
+#include "digital/microdisc_cell.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -48,12 +50,13 @@ CellTiming CompleteTiming(const ReactionSet& set, double radius, CellTiming timi
 
 class MicrodiscCell final : public TransportCell {
  public:
-  MicrodiscCell(const ReactionSet& set, double radius, const CellTiming& timing)
+  MicrodiscCell(const ReactionSet& set, double radius, const CellTiming& timing, const RunOutline& outline)
       : shortest_(CompleteTiming(set, radius, timing).shortestStep),
         problem_(set, radius, CompleteTiming(set, radius, timing)),
         budget_("The exact microdisc", "use a larger E step or a smaller radius"),
         stepper_(problem_, budget_),
         species_(set.species) {
+    budget_.expect(LeastWork(outline));
     for (std::vector<double>* state : {&accepted_, &trial_, &coarse_, &half_, &fine_})
       state->assign(problem_.stateSize(), 0);
     renew();
@@ -136,6 +139,18 @@ class MicrodiscCell final : public TransportCell {
     return kStepTolerance * (static_cast<double>(kWhole) / static_cast<double>(reached));
   }
 
+  // The least work a run's outline asks: every step at least one attempt
+  // of three solves, one after a jump one more for each halving on the way
+  // back to the whole; and the blocks of the lengths a jump uses eliminated
+  // once, or those that do not fit in memory again after every jump.
+  double LeastWork(const RunOutline& outline) const {
+    const double attempts = outline.steps + kJumpHalvings * outline.jumpSteps;
+    const double lengths = kJumpHalvings + 2;  // the whole to its 2^-(kJumpHalvings + 1) part
+    const double spilled = std::max(0.0, lengths - static_cast<double>(stepper_.levelCapacity()));
+    const double eliminations = lengths + spilled * outline.jumpSteps;
+    return 3 * attempts * stepper_.solveWork() + eliminations * stepper_.eliminationWork();
+  }
+
   // How many times a step of dt may be halved before it is shorter than
   // the finest step the grid resolves.
   int DeepestFor(double dt) const {
@@ -168,10 +183,15 @@ class MicrodiscCell final : public TransportCell {
 }  // namespace
 
 std::unique_ptr<TransportCell> MakeMicrodiscCell(const Experiment& e, const ReactionSet& set,
-                                                 const CellTiming& timing) {
+                                                 const CellTiming& timing, const RunOutline& outline) {
   const double radius = e.radius.value();
   if (!(radius > 0)) Raise(ErrorKind::InvalidArgument, "The microdisc needs a radius above 0");
-  return std::make_unique<MicrodiscCell>(set, radius, timing);
+  return std::make_unique<MicrodiscCell>(set, radius, timing, outline);
+}
+
+std::unique_ptr<TransportCell> MakeMicrodiscCell(const Experiment& e, const ReactionSet& set,
+                                                 const CellTiming& timing) {
+  return MakeMicrodiscCell(e, set, timing, RunOutline{});
 }
 
 }  // namespace voltrix

@@ -79,6 +79,12 @@ void MicrodiscStepper::measureWork() {
   budget_.setStepWork(solveWork_);
 }
 
+double MicrodiscStepper::eliminationWork() const {
+  double work = 0;
+  for (double w : classWork_) work += w;
+  return work;
+}
+
 void MicrodiscStepper::build(Level& level, const double* reference, bool onlyNonlinear) {
   level.factored = false;
   for (std::size_t c = 0; c < classGroup_.size(); ++c) {

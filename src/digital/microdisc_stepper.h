@@ -24,8 +24,12 @@ class MicrodiscStepper {
   // From old, one step of h seconds at the potential E (V) into out.
   void step(const double* old, double h, double E, double* out);
 
-  // Multiply-adds of one pass of a step's linear solve.
+  // Multiply-adds of one pass of a step's linear solve, and of eliminating
+  // the blocks of one step length.
   double solveWork() const { return solveWork_; }
+  double eliminationWork() const;
+  // How many step lengths' blocks fit in memory at once.
+  std::size_t levelCapacity() const { return levelCapacity_; }
 
  private:
   struct Level {
