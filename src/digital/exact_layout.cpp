@@ -108,9 +108,9 @@ GridRequest ChooseGrid(const Experiment& e, const ReactionSet& set, const Progra
   return g;
 }
 
-JumpSteps JumpStepsFor(const Experiment& e) {
-  if (Count(e.Electrode) != 4) return JumpSteps::Graded;
-  return e.Ru.value() > 0 ? JumpSteps::Halves : JumpSteps::Whole;
+StretchCut StretchCutFor(const Experiment& e) {
+  if (Count(e.Electrode) != 4) return StretchCut::Graded;
+  return e.Ru.value() > 0 ? StretchCut::Halves : StretchCut::Whole;
 }
 
 std::unique_ptr<TransportCell> MakeExactCell(const Experiment& e, const ReactionSet& set, const ProgramScales& scales) {

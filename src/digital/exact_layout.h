@@ -25,12 +25,12 @@ double LevichFlow(double omega, double nu);
 // The grid of electrodes 1 to 3 and 5 to 8.
 GridRequest ChooseGrid(const Experiment& e, const ReactionSet& set, const ProgramScales& scales);
 
-// How the run cuts a stretch that starts at a jump: graded for the
+// How the run cuts the stretches of its program: graded for the
 // one-dimensional cells; whole for the microdisc, which measures the error
 // of its own steps and divides them as it needs, so that the steps it keeps
-// for one drop serve every other; in halves towards the start at a
-// microdisc with resistance, so that the ohmic drop follows the current.
-JumpSteps JumpStepsFor(const Experiment& e);
+// for one drop serve every other; at a microdisc with resistance as short
+// as the ohmic drop needs to follow the current.
+StretchCut StretchCutFor(const Experiment& e);
 
 // Electrode 4 is the two-dimensional microdisc; the others are
 // one-dimensional cells. Raises InvalidArgument for a geometry input that is

@@ -77,7 +77,7 @@ class ExactMarch {
   ExactMarch(Experiment& e, CurveStore& s, const ReactionSet& set, const PotentialProgram& program)
       : s_(s), set_(set), program_(program), jumps_(JumpStarts(program)) {
     rules_ = ExactStepRules(set.fRT, LargestElectronNumber(set));
-    rules_.afterJump = JumpStepsFor(e);
+    rules_.cut = StretchCutFor(e);
     const ProgramScales scales =
         MeasureProgram(program, jumps_, rules_, Div(1.0, set.fRT * LargestElectronNumber(set)));
     cell_ = MakeExactCell(e, set, scales);

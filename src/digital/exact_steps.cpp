@@ -46,11 +46,15 @@ void PlanHalves(double duration, std::vector<double>& steps) {
 void PlanSteps(double duration, double swing, bool afterJump, const StepRules& rules, std::vector<double>& steps) {
   steps.clear();
   if (!(duration > 0)) return;
+  if (rules.cut == StretchCut::Whole) {
+    steps.push_back(duration);
+    return;
+  }
   const double pieces = std::max(1.0, std::ceil(std::fabs(swing) / rules.largestSwing));
   if (!(pieces < 1e7)) Raise(ErrorKind::InvalidArgument, "The sweep would need too many time steps");
-  if (afterJump && pieces == 1 && rules.afterJump == JumpSteps::Halves) return PlanHalves(duration, steps);
+  if (afterJump && pieces == 1 && rules.cut == StretchCut::Halves) return PlanHalves(duration, steps);
   const double cap = duration / pieces;
-  const bool graded = afterJump && rules.afterJump == JumpSteps::Graded;
+  const bool graded = afterJump && rules.cut == StretchCut::Graded;
   double h = graded ? std::min(cap, duration * rules.firstFraction) : cap;
   double t = 0;
   while (true) {

@@ -5,8 +5,8 @@
 // tolerance at the surface is divided in powers of two (never below what
 // the grid resolves), so that the eliminated blocks of each length serve
 // again, and grows back once they agree well. Its work is counted against
-// the run's budget. The current is that of a disc of the experiment's radius; the
-// area the form shows is only its rounded pi r^2.
+// the run's budget. The current is that of a disc of the experiment's
+// radius; the area the form shows is only its rounded pi r^2.
 #include "digital/microdisc_cell.h"
 
 #include <algorithm>

@@ -85,7 +85,7 @@ TEST(AccurateDigital, RefusesAMicrodiscRunBeyondItsBudgetAtOnce) {
   for (int i = 1; i <= kMaxPoints; ++i) ASSERT_EQ(s.wb.store.SurfC(1, i), 0) << i;  // not one point sampled
 }
 
-constexpr int kRandomRuns = 75;
+constexpr int kRandomRuns = 50;
 
 bool KnownMessage(const std::string& m) {
   for (const char* prefix : {"CV Error: ", "Error: ", "Analytical simulation Error: "})
@@ -93,10 +93,9 @@ bool KnownMessage(const std::string& m) {
   return false;
 }
 
-// Technique and mechanism go through all 25 pairings every 25 runs; the
-// electrode, the chemistry and the resistance are drawn, the boxes over
-// decades. Every mechanism that can be meant gives current with every
-// technique.
+// Technique and mechanism go through all 25 pairings twice; the electrode,
+// the chemistry and the resistance are drawn, the boxes over decades.
+// Every mechanism that can be meant gives current with every technique.
 TEST(AccurateDigital, RandomInputsNeverBreakARun) {
   Started s;
   s.mech("CheckAccurate").setValue(1);
