@@ -121,7 +121,7 @@ TEST(AccurateDigital, RandomInputsNeverBreakARun) {
     s.mech("chem2", 2).setText("B");
     s.mech("chem2", 3).setText("C");
     s.wb.formIns().control("optElectrode", 1 + pick(8)).setValue(1);
-    s.wb.formIns().control("Estep").setText(std::to_string(uniform(0.002, 0.05)));
+    s.wb.formIns().control("Estep").setText(std::to_string(uniform(0.005, 0.05)));
     s.wb.formIns().control("txtRu").setText(pick(4) ? "0" : decades(0, 4));
     // Box, exponents of 10 it is drawn between.
     const std::tuple<Control*, double, double> draws[] = {
