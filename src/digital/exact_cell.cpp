@@ -62,7 +62,8 @@ OneDimensionalCell::OneDimensionalCell(const ReactionSet& set, OneDimensionalCel
       n_(set.species),
       last_(setup_.grid.last),
       linear_(IsLinear(set)),
-      system_(setup_.grid.last, set.species) {
+      system_(setup_.grid.last, set.species),
+      budget_("The exact simulation", "use a larger E step") {
   const std::size_t size = static_cast<std::size_t>(last_ + 1) * n_;
   now_.assign(size, 0);
   before_ = trial_ = iterate_ = history_ = now_;
@@ -80,7 +81,23 @@ OneDimensionalCell::OneDimensionalCell(const ReactionSet& set, OneDimensionalCel
   } else {
     jacobian_.resize(last_ + 1);
   }
+  measureWork();
   renew();
+}
+
+// Per node, a solve applies two blocks (one multiply-add per species and
+// link without homogeneous reactions), a factor inverts one, and forming
+// the right-hand sides, the rates and the currents costs some thirty
+// operations per unknown. Every step solves once; a second-order one
+// forms its reactions and factors at least once as well.
+void OneDimensionalCell::measureWork() {
+  const double nodes = last_ + 1.0, n = n_;
+  const double forming = 30 * n;
+  solveWork_ = nodes * ((system_.diagonal ? 2 * n : 2 * n * n) + forming);
+  factorWork_ = nodes * (system_.diagonal ? 4 * n : n * n * n + 2 * n * n);
+  reactionWork_ = linear_ ? 0 : nodes * (n * n + forming);
+  budget_.setStepWork(solveWork_);
+  budget_.expect(setup_.outline.steps * (solveWork_ + (linear_ ? 0 : reactionWork_ + factorWork_)));
 }
 
 // Rates of exchange with the two neighbours, per unit of the node's
@@ -265,6 +282,7 @@ const OneDimensionalCell::CachedFactor& OneDimensionalCell::cachedFactor(const S
   }
   CachedFactor& f = cache_.back();
   lastHit_ = cache_.size() - 1;
+  budget_.spend(factorWork_);
   assembleInterior(s, now_);  // its right-hand sides are not used
   SpeciesMatrix P;
   SpeciesVector unused;
@@ -276,6 +294,7 @@ const OneDimensionalCell::CachedFactor& OneDimensionalCell::cachedFactor(const S
 }
 
 void OneDimensionalCell::solveLinear(const Scheme& s) {
+  budget_.spend(solveWork_);
   setTransportRows(s.dt);
   const CachedFactor& f = cachedFactor(s);
   formHistory(s, &system_.r(1, 0), static_cast<std::size_t>(n_));
@@ -298,6 +317,7 @@ void OneDimensionalCell::solveNonlinear(const Scheme& s) {
   SpeciesMatrix P, Q;
   SpeciesVector sv;
   for (int pass = 0; pass < kNewtonPasses; ++pass) {
+    budget_.spend(solveWork_ + reactionWork_ + (current ? 0 : factorWork_));
     if (!current) {
       assembleInterior(s, iterate_);
       assembleSurface(P, Q, sv);

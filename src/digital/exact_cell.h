@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "digital/exact_blocks.h"
+#include "digital/exact_budget.h"
 #include "digital/exact_grid.h"
 #include "digital/transport_cell.h"
 
@@ -18,6 +19,7 @@ struct OneDimensionalCellSetup {
   ExpandingGrid grid;
   double area = 0;        // cm2
   double convection = 0;  // a of the velocity -a x^2 towards the electrode, 1/(cm s)
+  RunOutline outline;     // what the run will ask: one too large for the budget is refused at once
 };
 
 class OneDimensionalCell final : public TransportCell {
@@ -49,6 +51,7 @@ class OneDimensionalCell final : public TransportCell {
     double sign = 1;
   };
 
+  void measureWork();
   void layOutTransport();
   void chooseCurrentReadings();
   Scheme schemeFor(double Ebegin, double dt) const;
@@ -85,6 +88,8 @@ class OneDimensionalCell final : public TransportCell {
   double lastE_ = 0, lastStep_ = 0, trialE_ = 0;
   Scheme trialScheme_;
   int steps_ = 0;  // accepted steps since the last restart
+  WorkBudget budget_;
+  double solveWork_ = 0, factorWork_ = 0, reactionWork_ = 0;  // multiply-adds
 };
 
 }  // namespace voltrix

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "digital/exact_cell.h"
+#include "digital/microdisc_cell.h"
 #include "model/checked.h"
 
 namespace voltrix {
@@ -107,12 +108,19 @@ GridRequest ChooseGrid(const Experiment& e, const ReactionSet& set, const Progra
   return g;
 }
 
+StretchCut StretchCutFor(const Experiment& e) {
+  if (Count(e.Electrode) != 4) return StretchCut::Graded;
+  return e.Ru.value() > 0 ? StretchCut::Halves : StretchCut::Whole;
+}
+
 std::unique_ptr<TransportCell> MakeExactCell(const Experiment& e, const ReactionSet& set, const ProgramScales& scales) {
-  if (Count(e.Electrode) == 4) return MakeMicrodiscCell(e, set, CellTiming{scales.shortestStep, scales.totalTime});
+  if (Count(e.Electrode) == 4)
+    return MakeMicrodiscCell(e, set, CellTiming{scales.shortestStep, scales.totalTime}, scales.outline);
   OneDimensionalCellSetup setup;
   setup.grid = LayOutExpandingGrid(ChooseGrid(e, set, scales));
   setup.area = e.ARE.value();
   setup.convection = ConvectionOf(e);
+  setup.outline = scales.outline;
   return std::make_unique<OneDimensionalCell>(set, std::move(setup));
 }
 

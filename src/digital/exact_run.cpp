@@ -42,22 +42,29 @@ std::vector<char> JumpStarts(const PotentialProgram& p) {
 }
 
 // The time scales a cell must resolve: a sampled hold from its start, a
-// sampled ramp over the time it takes to move RT/nF.
+// sampled ramp over the time it takes to move RT/nF, the longest time the
+// solution evolves between new drops (how far diffusion reaches); and the
+// steps the run will ask of it.
 ProgramScales MeasureProgram(const PotentialProgram& p, const std::vector<char>& jumps, const StepRules& rules,
                              double thermalVolt) {
   constexpr double kNone = std::numeric_limits<double>::max();
-  ProgramScales scales{kNone, p.totalTime(), kNone};
+  ProgramScales scales{kNone, 0, kNone, RunOutline{}};
   std::vector<char> sampled(p.stretches.size());
   for (const ProgramSample& s : p.samples) sampled[s.stretch] = 1;
   std::vector<double> steps;
+  double sinceRenewal = 0;
   for (std::size_t k = 0; k < p.stretches.size(); ++k) {
     const ProgramStretch& s = p.stretches[k];
+    sinceRenewal = s.renew ? s.duration : sinceRenewal + s.duration;
+    scales.totalTime = std::max(scales.totalTime, sinceRenewal);
     if (!(s.duration > 0)) continue;
     const double swing = std::fabs(s.Eend - s.Ebegin);
     if (sampled[k])
       scales.resolvedTime = std::min(scales.resolvedTime, swing == 0 ? s.duration : thermalVolt * s.duration / swing);
     PlanSteps(s.duration, s.Eend - s.Ebegin, jumps[k], rules, steps);
     scales.shortestStep = std::min(scales.shortestStep, *std::min_element(steps.begin(), steps.end()));
+    scales.outline.steps += static_cast<double>(steps.size());
+    scales.outline.jumpSteps += jumps[k] ? 1 : 0;
   }
   if (scales.resolvedTime == kNone) scales.resolvedTime = scales.totalTime > 0 ? scales.totalTime : 1;
   if (scales.shortestStep == kNone) scales.shortestStep = scales.resolvedTime;
@@ -70,6 +77,7 @@ class ExactMarch {
   ExactMarch(Experiment& e, CurveStore& s, const ReactionSet& set, const PotentialProgram& program)
       : s_(s), set_(set), program_(program), jumps_(JumpStarts(program)) {
     rules_ = ExactStepRules(set.fRT, LargestElectronNumber(set));
+    rules_.cut = StretchCutFor(e);
     const ProgramScales scales =
         MeasureProgram(program, jumps_, rules_, Div(1.0, set.fRT * LargestElectronNumber(set)));
     cell_ = MakeExactCell(e, set, scales);

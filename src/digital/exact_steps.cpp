@@ -20,6 +20,7 @@ constexpr double kFirstFraction = 1e-5;
 constexpr double kEarlyPart = 0.35;
 constexpr double kLatePart = 0.05;
 constexpr double kLateStart = 0.1;
+constexpr int kHalvings = 5;
 
 }  // namespace
 
@@ -33,13 +34,28 @@ StepRules ExactStepRules(double fRT, double nMax) {
   return rules;
 }
 
+namespace {
+
+void PlanHalves(double duration, std::vector<double>& steps) {
+  steps.push_back(std::ldexp(duration, -kHalvings));
+  for (int k = kHalvings; k >= 1; --k) steps.push_back(std::ldexp(duration, -k));
+}
+
+}  // namespace
+
 void PlanSteps(double duration, double swing, bool afterJump, const StepRules& rules, std::vector<double>& steps) {
   steps.clear();
   if (!(duration > 0)) return;
+  if (rules.cut == StretchCut::Whole) {
+    steps.push_back(duration);
+    return;
+  }
   const double pieces = std::max(1.0, std::ceil(std::fabs(swing) / rules.largestSwing));
   if (!(pieces < 1e7)) Raise(ErrorKind::InvalidArgument, "The sweep would need too many time steps");
+  if (afterJump && pieces == 1 && rules.cut == StretchCut::Halves) return PlanHalves(duration, steps);
   const double cap = duration / pieces;
-  double h = afterJump ? std::min(cap, duration * rules.firstFraction) : cap;
+  const bool graded = afterJump && rules.cut == StretchCut::Graded;
+  double h = graded ? std::min(cap, duration * rules.firstFraction) : cap;
   double t = 0;
   while (true) {
     const double remaining = duration - t;
@@ -49,7 +65,7 @@ void PlanSteps(double duration, double swing, bool afterJump, const StepRules& r
     }
     steps.push_back(h);
     t += h;
-    if (afterJump) h = std::min(cap, t * (t < rules.lateStart * duration ? rules.earlyPart : rules.latePart));
+    if (graded) h = std::min(cap, t * (t < rules.lateStart * duration ? rules.earlyPart : rules.latePart));
   }
 }
 

@@ -163,27 +163,36 @@ ChargeRates MicrodiscProblem::ratesAt(double E) const {
   return rates;
 }
 
+// Row by row, with the faces' coefficients at hand: the residual is formed
+// at every step, so it is kept to a pass over the state.
 void MicrodiscProblem::addTransport(int g, const double* c, const double* old, double h, double* F) const {
   const SpeciesGroup& group = groups_[g];
   const int size = group.size, columns = grid_.columns;
   const std::size_t rowSize = static_cast<std::size_t>(columns) * size;
-  const double* cg = c + base_[g];
-  const double* og = old + base_[g];
-  double* Fg = F + base_[g];
+  const double* etaWidth = grid_.etaWidth.data();
+  const double* etaMoment = grid_.etaMoment.data();
+  const double* etaLink = grid_.etaLink.data();
+  const double perStep = 1 / h;
   for (int i = 0; i < grid_.rows; ++i) {
+    const double* __restrict here = c + base_[g] + i * rowSize;
+    const double* __restrict before = old + base_[g] + i * rowSize;
+    const double* __restrict outer = here + rowSize;
+    const double* __restrict inner = i > 0 ? here - rowSize : here;  // unused at the disc
+    double* __restrict out = F + base_[g] + i * rowSize;
     const double up = grid_.xiLink[i], down = i > 0 ? grid_.xiLink[i - 1] : 0.0;
+    const double along = grid_.xiWidth[i], moment = grid_.xiMoment[i];
     for (int j = 0; j < columns; ++j) {
-      const double mass = grid_.mass(i, j) / h;
-      const double across = grid_.etaWidth[j], along = grid_.xiWidth[i];
-      const double toAxis = grid_.etaLink[j], toEdge = j > 0 ? grid_.etaLink[j - 1] : 0.0;
+      const double mass = (etaWidth[j] * moment + along * etaMoment[j]) * perStep;
+      const double across = etaWidth[j];
+      const double toAxis = along * etaLink[j], toEdge = j > 0 ? along * etaLink[j - 1] : 0.0;
       for (int k = 0; k < size; ++k) {
-        const std::size_t p = i * rowSize + j * size + k;
-        const double here = cg[p];
-        double flow = across * up * (cg[p + rowSize] - here);
-        if (i > 0) flow -= across * down * (here - cg[p - rowSize]);
-        if (j + 1 < columns) flow += along * toAxis * (cg[p + size] - here);
-        if (j > 0) flow -= along * toEdge * (here - cg[p - size]);
-        Fg[p] = mass * (here - og[p]) - group.rate[k] * flow;
+        const int p = j * size + k;
+        const double mid = here[p];
+        const double axisward = j + 1 < columns ? here[p + size] : mid;
+        const double edgeward = j > 0 ? here[p - size] : mid;
+        const double flow = across * (up * (outer[p] - mid) - down * (mid - inner[p])) +
+                            toAxis * (axisward - mid) - toEdge * (mid - edgeward);
+        out[p] = mass * (mid - before[p]) - group.rate[k] * flow;
       }
     }
   }

@@ -13,14 +13,16 @@ namespace {
 
 constexpr std::size_t kLevelBudgetBytes = 32u << 20;
 constexpr std::size_t kMostLevels = 128;
-constexpr double kNewtonTolerance = 1e-9;  // of the concentration scale
+constexpr double kNewtonTolerance = 1e-6;  // of the concentration scale: a thousandth of the step's tolerance
 constexpr double kSlowNewton = 0.1;         // contraction beyond which the factors are refreshed
 constexpr int kNewtonPasses = 30;
 
 }  // namespace
 
-MicrodiscStepper::MicrodiscStepper(const MicrodiscProblem& problem) : problem_(problem) {
+MicrodiscStepper::MicrodiscStepper(const MicrodiscProblem& problem, WorkBudget& budget)
+    : problem_(problem), budget_(budget) {
   groupClasses();
+  measureWork();
   const MicrodiscGrid& grid = problem.grid();
   std::size_t bytesPerLevel = 0, largestJacobian = 0;
   for (int group : classGroup_) {
@@ -29,16 +31,14 @@ MicrodiscStepper::MicrodiscStepper(const MicrodiscProblem& problem) : problem_(p
     const std::size_t size = problem.groups()[group].size;
     if (problem.groups()[group].reactive) largestJacobian = std::max(largestJacobian, size * size);
   }
+  bytesPerLevel += static_cast<std::size_t>(problem.surfaceSize()) * problem.surfaceSize() * sizeof(double);
   levelCapacity_ = std::clamp<std::size_t>(kLevelBudgetBytes / bytesPerLevel, 2, kMostLevels);
   levels_.reserve(levelCapacity_);
   residual_.assign(problem.stateSize(), 0);
   partial_.assign(problem.stateSize(), 0);
   correction_.assign(problem.stateSize(), 0);
   jacobian_.assign(static_cast<std::size_t>(grid.rows) * grid.columns * largestJacobian, 0);
-  const std::size_t n = problem.surfaceSize();
-  surface_.assign(n * n, 0);
-  surfaceRight_.assign(n, 0);
-  surfacePivot_.assign(n, 0);
+  surfaceRight_.assign(problem.surfaceSize(), 0);
 }
 
 // Groups of one species without chemistry and with the same D have the same
@@ -61,10 +61,36 @@ void MicrodiscStepper::groupClasses() {
   }
 }
 
+// A pass of the solve sweeps every group's rows twice with a dense block;
+// the elimination inverts one block per row; the residual and the update
+// cost some ten operations per unknown.
+void MicrodiscStepper::measureWork() {
+  const double rows = problem_.grid().rows, n = problem_.surfaceSize();
+  for (const SpeciesGroup& group : problem_.groups()) {
+    const double rowSize = static_cast<double>(problem_.grid().columns) * group.size;
+    solveWork_ += 2 * rows * rowSize * rowSize;
+  }
+  solveWork_ += n * n + 10.0 * static_cast<double>(problem_.stateSize());
+  surfaceWork_ = n * n * n / 3;
+  for (int group : classGroup_) {
+    const double rowSize = static_cast<double>(problem_.grid().columns) * problem_.groups()[group].size;
+    classWork_.push_back(rows * (rowSize * rowSize * rowSize + 2 * rowSize * rowSize));
+  }
+  budget_.setStepWork(solveWork_);
+}
+
+double MicrodiscStepper::eliminationWork() const {
+  double work = 0;
+  for (double w : classWork_) work += w;
+  return work;
+}
+
 void MicrodiscStepper::build(Level& level, const double* reference, bool onlyNonlinear) {
+  level.factored = false;
   for (std::size_t c = 0; c < classGroup_.size(); ++c) {
     const int group = classGroup_[c];
     if (onlyNonlinear && !problem_.nonlinear(group)) continue;
+    budget_.spend(classWork_[c]);
     const double* jacobian = nullptr;
     if (problem_.groups()[group].reactive) {
       problem_.groupJacobian(group, reference, jacobian_.data());
@@ -74,9 +100,7 @@ void MicrodiscStepper::build(Level& level, const double* reference, bool onlyNon
   }
 }
 
-
 MicrodiscStepper::Level& MicrodiscStepper::levelFor(double h, const double* reference) {
-
   ++clock_;
   for (Level& level : levels_)
     if (level.h == h) {
@@ -88,6 +112,9 @@ MicrodiscStepper::Level& MicrodiscStepper::levelFor(double h, const double* refe
     levels_.emplace_back();
     slot = &levels_.back();
     for (int group : classGroup_) slot->classes.emplace_back(problem_.grid(), problem_.groups()[group]);
+    const std::size_t n = problem_.surfaceSize();
+    slot->surface.assign(n * n, 0);
+    slot->pivot.assign(n, 0);
   } else {
     slot = &*std::min_element(levels_.begin(), levels_.end(),
                               [](const Level& a, const Level& b) { return a.lastUse < b.lastUse; });
@@ -99,21 +126,27 @@ MicrodiscStepper::Level& MicrodiscStepper::levelFor(double h, const double* refe
   return *slot;
 }
 
-void MicrodiscStepper::factorSurface(const Level& level, const ChargeRates& rates) {
+void MicrodiscStepper::factorSurface(Level& level, double E, const ChargeRates& rates) {
+  if (level.factored && level.factoredAt == E) return;
+  budget_.spend(surfaceWork_);
   const int n = problem_.surfaceSize();
-  std::fill(surface_.begin(), surface_.end(), 0.0);
+  std::vector<double>& surface = level.surface;
+  std::fill(surface.begin(), surface.end(), 0.0);
   for (std::size_t g = 0; g < classOf_.size(); ++g) {
     const BlockElimination& blocks = level.classes[classOf_[g]];
     const int size = blocks.rowSize(), offset = problem_.surfaceOffset(static_cast<int>(g));
     for (int p = 0; p < size; ++p)
-      for (int q = 0; q < size; ++q) surface_[(offset + p) * n + offset + q] = blocks.surfaceBlock()[p * size + q];
+      for (int q = 0; q < size; ++q) surface[(offset + p) * n + offset + q] = blocks.surfaceBlock()[p * size + q];
   }
-  problem_.addElectrodeTerms(rates, surface_.data());
-  FactorDense(surface_.data(), n, surfacePivot_.data());
+  problem_.addElectrodeTerms(rates, surface.data());
+  FactorDense(surface.data(), n, level.pivot.data());
+  level.factored = true;
+  level.factoredAt = E;
 }
 
 // Solves (Jacobian) correction = -residual, the residual already negated.
 void MicrodiscStepper::solveCorrection(Level& level) {
+  budget_.spend(solveWork_);
   const int n = problem_.surfaceSize();
   for (std::size_t g = 0; g < classOf_.size(); ++g) {
     const BlockElimination& blocks = level.classes[classOf_[g]];
@@ -121,7 +154,7 @@ void MicrodiscStepper::solveCorrection(Level& level) {
     blocks.reduce(residual_.data() + base, partial_.data() + base);
     std::copy_n(residual_.data() + base, blocks.rowSize(), surfaceRight_.data() + problem_.surfaceOffset(g));
   }
-  SolveFactored(surface_.data(), surfacePivot_.data(), n, surfaceRight_.data());
+  SolveFactored(level.surface.data(), level.pivot.data(), n, surfaceRight_.data());
   for (std::size_t g = 0; g < classOf_.size(); ++g) {
     const BlockElimination& blocks = level.classes[classOf_[g]];
     const std::size_t base = problem_.groupBase(static_cast<int>(g));
@@ -153,7 +186,7 @@ void MicrodiscStepper::step(const double* old, double h, double E, double* out) 
   std::copy_n(old, problem_.stateSize(), out);
   const ChargeRates rates = problem_.ratesAt(E);
   Level& level = levelFor(h, old);
-  factorSurface(level, rates);
+  factorSurface(level, E, rates);
   double previous = std::numeric_limits<double>::infinity();
   for (int pass = 1;; ++pass) {
     problem_.residual(out, old, h, rates, residual_.data());
@@ -164,7 +197,7 @@ void MicrodiscStepper::step(const double* old, double h, double E, double* out) 
     if (pass == kNewtonPasses) Raise(ErrorKind::InvalidOperation, "The disc's chemistry does not converge");
     if (size > kSlowNewton * previous) {
       build(level, out, true);
-      factorSurface(level, rates);
+      factorSurface(level, E, rates);
     }
     previous = size;
   }
