@@ -43,9 +43,12 @@ FileKind KindOfFile(const std::string& path) {
 const char* OpenCommandOf(FileKind kind) { return kind == FileKind::Parameters ? "mnuOpen" : "mnuImport"; }
 
 std::string RecentCaption(std::size_t index, const std::string& path) {
-  std::string name = std::filesystem::path(path).filename().string();
   // An ampersand in a name is shown, not taken as the item's key.
-  for (std::size_t at = name.find('&'); at != std::string::npos; at = name.find('&', at + 2)) name.insert(at, "&");
+  std::string name;
+  for (char c : std::filesystem::path(path).filename().string()) {
+    if (c == '&') name += '&';
+    name += c;
+  }
   const std::string number = std::to_string(index + 1);
   return (index < 9 ? "&" + number : number) + " " + name;
 }
