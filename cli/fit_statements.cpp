@@ -14,6 +14,7 @@
 #include "fit/global_fit.h"
 #include "model/fit_progress.h"
 #include "model/number_format.h"
+#include "statement_words.h"
 
 namespace voltrix {
 
@@ -49,23 +50,6 @@ class InterruptProgress : public FitProgress {
   struct sigaction before_ {};
   bool installed_ = false;
 };
-
-// Words of a statement; a word in double quotes may hold blanks.
-std::vector<std::string> Words(const std::string& rest) {
-  std::vector<std::string> words;
-  std::istringstream in(rest);
-  std::string w;
-  while (in >> std::ws && !in.eof()) {
-    if (in.peek() == '"') {
-      in.get();
-      std::getline(in, w, '"');
-    } else {
-      in >> w;
-    }
-    words.push_back(w);
-  }
-  return words;
-}
 
 // "Form.control(i)=TEXT", checked on a workbench of its own so that a
 // setting that cannot be made is refused when it is added.
@@ -174,7 +158,7 @@ void WriteSetCurve(Cli& cli, const std::vector<std::string>& words) {
 }
 
 void FitSetStatement(Cli& cli, const std::string& rest) {
-  const std::vector<std::string> words = Words(rest);
+  const std::vector<std::string> words = StatementWords(rest, "fitset");
   const std::string verb = words.empty() ? std::string() : words[0];
   if ((verb == "add" || verb == "row") && words.size() >= 2) {
     SetCurve c = verb == "add" ? ReadSetCurve(cli, words[1]) : PlottedRow(cli, words[1]);

@@ -5,34 +5,12 @@
 
 #include "app/curve_labels.h"
 #include "app/import_file.h"
+#include "statement_words.h"
 #include "ui/commit.h"
 
 namespace voltrix {
 
 namespace {
-
-// Words split at blanks; double quotes keep blanks inside a word.
-std::vector<std::string> Words(const std::string& rest) {
-  std::vector<std::string> words;
-  std::string word;
-  bool quoted = false, any = false;
-  for (char c : rest) {
-    if (c == '"') {
-      quoted = !quoted;
-      any = true;
-    } else if ((c == ' ' || c == '\t') && !quoted) {
-      if (any) words.push_back(word);
-      word.clear();
-      any = false;
-    } else {
-      word.push_back(c);
-      any = true;
-    }
-  }
-  if (quoted) throw StatementError("import: a quote is not closed");
-  if (any) words.push_back(word);
-  return words;
-}
 
 int CycleNumber(const std::string& value) {
   if (value.empty() || value.size() > 5 || value.find_first_not_of("0123456789") != std::string::npos ||
@@ -65,7 +43,7 @@ ImportRequest Request(const std::vector<std::string>& options) {
 
 void RegisterImportStatement(Cli& cli) {
   cli.addStatement("import", "import FILE [cycle=N] [x=COLUMN] [y=COLUMN]", [](Cli& c, const std::string& rest) {
-    const std::vector<std::string> words = Words(rest);
+    const std::vector<std::string> words = StatementWords(rest, "import");
     if (words.empty()) throw StatementError("import: a file name is needed (import FILE [cycle=N] [x=COLUMN] [y=COLUMN])");
     const ImportRequest request = Request({words.begin() + 1, words.end()});
     Workbench& wb = c.workbench();

@@ -20,7 +20,6 @@ namespace voltrix {
 namespace {
 
 constexpr const char* kCurveFilter = "csv|*.csv|all|*.*";
-constexpr const char* kParameterFilter = "parameter (*.par)|*.par|all|*.*";
 
 // Any fault ends the command without a message; the old file, if any, stays
 // whole. Only a front end that listens is told.

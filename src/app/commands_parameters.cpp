@@ -3,6 +3,7 @@
 
 #include "app/commands.h"
 #include "app/parameter_forms.h"
+#include "files/parameter_file.h"
 #include "digital/mechanism_compiler.h"
 #include "ui/form_mech.h"
 #include "ui/main_form.h"
@@ -12,8 +13,6 @@
 namespace voltrix {
 
 namespace {
-
-constexpr const char* kParameterFilter = "parameter (*.par)|*.par|all|*.*";
 
 // The file holds no typed reactions: those on the form stand, and the user
 // is told when they have another number of species than the file.

@@ -48,12 +48,6 @@ void NodeRates(const ReactionSet& set, const double* c, int n, SpeciesVector& ra
   }
 }
 
-double LargestBulk(const ReactionSet& set) {
-  double c = 0;
-  for (int i = 1; i <= set.species; ++i) c = std::max(c, set.bulk[i]);
-  return c;
-}
-
 }  // namespace
 
 OneDimensionalCell::OneDimensionalCell(const ReactionSet& set, OneDimensionalCellSetup setup)

@@ -21,7 +21,7 @@ namespace {
 constexpr double kLayerPart = 0.05;
 constexpr double kRadiusPart = 0.02;
 constexpr double kDiffusionLengths = 6;
-constexpr double kExpansion = 1.25;
+constexpr double kGridExpansion = 1.25;
 // The disk's steady profile falls off as exp(-(x/L)^3), L = (3D/a)^1/3;
 // where the flow carries more than diffusion the spacing stays a small part
 // of L, so that the flux between nodes stays second order. Beyond 4 L of a
@@ -83,7 +83,7 @@ GridRequest ChooseGrid(const Experiment& e, const ReactionSet& set, const Progra
   const Diffusivities D = Range(set);
   GridRequest g;
   g.geometry = GeometryOf(Count(e.Electrode));
-  g.expansion = kExpansion;
+  g.expansion = kGridExpansion;
   g.finestSpacing = kLayerPart * Sqrt(Checked(D.smallest * scales.resolvedTime));
   g.extent = kDiffusionLengths * Sqrt(Checked(D.largest * scales.totalTime));
   const double k = FastestRate(set);

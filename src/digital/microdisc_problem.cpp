@@ -38,12 +38,6 @@ double FastestRate(const ChemicalStep& s, double cmax) {
   return std::max(std::fabs(forward), std::fabs(backward));
 }
 
-double LargestBulk(const ReactionSet& set) {
-  double cmax = 0;
-  for (int s = 1; s <= set.species; ++s) cmax = std::max(cmax, set.bulk[s]);
-  return cmax;
-}
-
 }  // namespace
 
 double FinestLayer(const ReactionSet& set, double radius, double shortestTime) {

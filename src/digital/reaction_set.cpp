@@ -51,12 +51,6 @@ void ReadCharge(const Experiment& e, ReactionSet& set) {
   }
 }
 
-double LargestBulk(const ReactionSet& set) {
-  double cmax = 0;
-  for (int i = 1; i <= set.species; ++i) cmax = std::max(cmax, set.bulk[i]);
-  return cmax;
-}
-
 void ReadChemical(const Experiment& e, ReactionSet& set) {
   const int first = Count(e.NChem), second = Count(e.NChem2);
   for (int q = 1; q <= first; ++q) {
@@ -127,6 +121,12 @@ void HomogeneousRates(const ReactionSet& set, const double* c, double* rate, dou
       for (int j = 0; j <= n; ++j) jac[i][j] = 0;
   }
   for (const ChemicalStep& s : set.chemical) AddStep(s, c, rate, jac);
+}
+
+double LargestBulk(const ReactionSet& set) {
+  double cmax = 0;
+  for (int i = 1; i <= set.species; ++i) cmax = std::max(cmax, set.bulk[i]);
+  return cmax;
 }
 
 }  // namespace voltrix

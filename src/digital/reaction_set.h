@@ -39,6 +39,10 @@ struct ReactionSet {
 // species is present.
 ReactionSet ReadReactionSet(const Experiment& e);
 
+// The largest bulk concentration of the set's species, the scale of its
+// amounts.
+double LargestBulk(const ReactionSet& set);
+
 // Butler-Volmer: the reduction and oxidation rate constants (cm/s) at E.
 struct ElectrodeRates {
   double kred = 0, kox = 0;

@@ -12,7 +12,7 @@ namespace voltrix {
 
 namespace {
 
-constexpr const char* kFormat = "CH Instruments text";
+constexpr const char* kChFormat = "CH Instruments text";
 
 bool IsTitleRow(const std::string& line) {
   const std::string t = Lower(Trim(line));
@@ -25,7 +25,7 @@ std::optional<double> Setting(const std::string& line, std::string_view key) {
   return LeadingNumber(std::string_view(line).substr(eq + 1), false);
 }
 
-void TakeSettings(const Lines& lines, std::size_t title, StatedSettings& s) {
+void TakeChSettings(const Lines& lines, std::size_t title, StatedSettings& s) {
   for (std::size_t i = 0; i < title; ++i) {
     const std::string& line = lines[i];
     if (s.technique == 0 && line.find('=') == std::string::npos) s.technique = TechniqueNamed(line);
@@ -56,8 +56,8 @@ std::optional<InstrumentReadResult> ReadChInstruments(const Lines& lines, const 
   std::size_t title = 0;
   while (title < lines.size() && !IsTitleRow(lines[title])) ++title;
   if (title == lines.size() || !HasChHeader(lines, title)) return std::nullopt;
-  InstrumentReadResult r = ReadTableUnder(lines, title, choice, kFormat, kChRemedy);
-  if (r.status == InstrumentStatus::Read) TakeSettings(lines, title, r.record.stated);
+  InstrumentReadResult r = ReadTableUnder(lines, title, choice, kChFormat, kChRemedy);
+  if (r.status == InstrumentStatus::Read) TakeChSettings(lines, title, r.record.stated);
   return r;
 }
 

@@ -14,7 +14,7 @@ namespace voltrix {
 
 namespace {
 
-constexpr const char* kFormat = "BioLogic EC-Lab ASCII";
+constexpr const char* kEcLabFormat = "BioLogic EC-Lab ASCII";
 
 std::optional<double> SettingAfter(const std::string& line, std::string_view key) {
   if (!StartsWith(Lower(Trim(line)), Lower(key))) return std::nullopt;
@@ -28,7 +28,7 @@ std::string UnitAfter(const std::string& line, std::string_view key) {
   return Trim(std::string_view(Trim(line)).substr(key.size()));
 }
 
-void TakeSettings(const Lines& lines, std::size_t headerEnd, StatedSettings& s) {
+void TakeEcLabSettings(const Lines& lines, std::size_t headerEnd, StatedSettings& s) {
   double rate = 0, rateScale = 1e-3;  // dE/dt in mV/s unless the header says otherwise
   for (std::size_t i = 0; i < headerEnd; ++i) {
     const std::string& line = lines[i];
@@ -61,15 +61,15 @@ std::optional<InstrumentReadResult> ReadEcLab(const Lines& lines, const ColumnCh
                       (Contains(lines[0], "EC-Lab") || Contains(lines[0], "BT-Lab"));
   const auto count = HeaderLineCount(lines);
   if (!titled && !count) return std::nullopt;
-  if (!count) return Failure(kFormat, "the \"Nb header lines\" line is missing", kEcLabRemedy);
+  if (!count) return Failure(kEcLabFormat, "the \"Nb header lines\" line is missing", kEcLabRemedy);
   if (*count < 2 || *count > static_cast<long>(lines.size()))
-    return Failure(kFormat,
+    return Failure(kEcLabFormat,
                    "the header announces " + std::to_string(*count) + " lines, the file holds " +
                        std::to_string(lines.size()),
                    kEcLabRemedy);
   const std::size_t title = static_cast<std::size_t>(*count) - 1;
-  InstrumentReadResult r = ReadTableUnder(lines, title, choice, kFormat, kEcLabRemedy);
-  if (r.status == InstrumentStatus::Read) TakeSettings(lines, title, r.record.stated);
+  InstrumentReadResult r = ReadTableUnder(lines, title, choice, kEcLabFormat, kEcLabRemedy);
+  if (r.status == InstrumentStatus::Read) TakeEcLabSettings(lines, title, r.record.stated);
   return r;
 }
 

@@ -12,7 +12,7 @@ namespace voltrix {
 
 namespace {
 
-constexpr const char* kFormat = "Gamry .DTA";
+constexpr const char* kGamryFormat = "Gamry .DTA";
 
 bool IsCurveTag(const std::string& tag) {
   return StartsWith(tag, "CURVE") && tag.find_first_not_of("0123456789", 5) == std::string::npos;
@@ -92,7 +92,7 @@ std::optional<InstrumentReadResult> ReadGamry(const Lines& lines, const ColumnCh
   InstrumentReadResult r;
   r.status = InstrumentStatus::Read;
   InstrumentRecord& rec = r.record;
-  rec.format = kFormat;
+  rec.format = kGamryFormat;
   CurveTables curves;
   for (++i; i < lines.size();) {
     const std::vector<std::string> f = SplitFields(lines[i], '\t');
@@ -104,7 +104,7 @@ std::optional<InstrumentReadResult> ReadGamry(const Lines& lines, const ColumnCh
     ++i;
   }
   if (curves.scans.empty())
-    return Failure(kFormat,
+    return Failure(kGamryFormat,
                    curves.error.empty() ? std::string("the file holds no CURVE table with data") : curves.error,
                    kGamryRemedy);
   rec.scans = std::move(curves.scans);

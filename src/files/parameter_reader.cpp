@@ -22,7 +22,7 @@ std::string Trim(const std::string& s) {
   return begin == std::string::npos ? std::string() : TrimRight(s.substr(begin));
 }
 
-std::vector<std::string> Lines(std::istream& in) {
+std::vector<std::string> LinesOf(std::istream& in) {
   std::vector<std::string> lines;
   std::string line;
   while (std::getline(in, line)) lines.push_back(TrimRight(line));
@@ -138,7 +138,7 @@ bool ReadRecord(PairReader& r, ParameterRecord& p) {
 }  // namespace
 
 ParameterReadResult ReadParameterFile(std::istream& in) {
-  std::vector<std::string> lines = Lines(in);
+  std::vector<std::string> lines = LinesOf(in);
   const bool empty = std::all_of(lines.begin(), lines.end(), [](const std::string& l) { return l.empty(); });
   PairReader reader(std::move(lines));
   ParameterReadResult result;

@@ -56,8 +56,6 @@ std::string ShortNumber(double x) {
 
 namespace {
 
-std::string Short(double x) { return ShortNumber(x); }
-
 // Four decimals, without the bare point the pattern leaves on a whole number.
 std::string Correlation(double r) {
   std::string s = FormatNumber(r, "0.####");
@@ -77,13 +75,13 @@ void PrintParameterTable(TextWindow& w, const std::vector<std::string>& names, c
   for (std::size_t i = 0; i < st.spread.size(); ++i) {
     const ParameterSpread& p = st.spread[i];
     PrintLine line = Row(names[i]);
-    line.zone().text(Short(p.value)).zone();
+    line.zone().text(ShortNumber(p.value)).zone();
     if (!p.determined) {
       w.print(line.text("not determined: the curve does not change with it"));
       continue;
     }
-    line.text(Short(p.standardError)).zone().text(Short(p.low)).zone().text(Short(p.high)).zone();
-    w.print(line.text(p.value == 0.0 ? std::string() : Short(p.relativeError)));
+    line.text(ShortNumber(p.standardError)).zone().text(ShortNumber(p.low)).zone().text(ShortNumber(p.high)).zone();
+    w.print(line.text(p.value == 0.0 ? std::string() : ShortNumber(p.relativeError)));
   }
 }
 
@@ -100,7 +98,7 @@ void PrintCorrelations(TextWindow& w, const std::vector<std::string>& names, con
 
 void PrintCondition(TextWindow& w, const std::vector<std::string>& names, const FitStatistics& st) {
   PrintLine line = Row("Condition number of J'J (scaled) = ");
-  w.print(st.singular ? line.text("above 1E16, J'J is singular") : line.text(Short(st.conditionNumber)));
+  w.print(st.singular ? line.text("above 1E16, J'J is singular") : line.text(ShortNumber(st.conditionNumber)));
   if (!(st.conditionNumber > kIllConditioned) || st.mostCorrelatedA < 0) return;
   w.print("Warning: the curve does not determine all these parameters together. " + names[st.mostCorrelatedA] +
           " and " + names[st.mostCorrelatedB] + " are the most correlated (" +
@@ -115,7 +113,7 @@ void PrintUncertainty(TextWindow& w, const std::vector<std::string>& names, cons
   PrintParameterTable(w, names, st);
   PrintCorrelations(w, names, st);
   w.print(Row("N = ").number(st.points).zone().text("K = ").number(st.parameters).zone().text(
-      "Reduced chi^2 = S/(N-K) = ").text(Short(st.reducedChiSquare)));
+      "Reduced chi^2 = S/(N-K) = ").text(ShortNumber(st.reducedChiSquare)));
   PrintCondition(w, names, st);
 }
 

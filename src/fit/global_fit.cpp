@@ -145,8 +145,6 @@ void GlobalFitModel::Objective(const ParameterVector& parameters, int& n, FitCur
 
 namespace {
 
-std::string Short(double x) { return ShortNumber(x); }
-
 // Each curve's own least square, kept in the set with its fitted curve.
 void ReportEachCurve(Workbench& wb, const GlobalFitModel& model, const FitOutcome& out) {
   std::vector<SetCurve>& set = wb.fits.curveSet;
@@ -162,9 +160,9 @@ void ReportEachCurve(Workbench& wb, const GlobalFitModel& model, const FitOutcom
     for (int l = 1; l <= c.points(); ++l) sum += (c.fitted[l] - c.y[l]) * (c.fitted[l] - c.y[l]);
     c.leastSquare = Checked(sum);
     w.print(PrintLine().number(static_cast<double>(m + 1)).zone().number(c.points()).zone().text(
-        Short(c.leastSquare)).zone().text(c.name));
+        ShortNumber(c.leastSquare)).zone().text(c.name));
   }
-  w.print(PrintLine().text("All").zone().number(out.n).zone().text(Short(out.sumOfSquares)));
+  w.print(PrintLine().text("All").zone().number(out.n).zone().text(ShortNumber(out.sumOfSquares)));
 }
 
 void RunGlobalFit(Workbench& wb) {

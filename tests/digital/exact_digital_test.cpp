@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <functional>
+#include <numbers>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,6 @@
 namespace voltrix::test {
 namespace {
 
-constexpr double kPi = 3.141592654;
 const double kRT = kR * 298.14 / kF;  // V
 const double kFC = kF * 1e-6;         // F C for 1 mM, C/cm3
 
@@ -88,7 +88,7 @@ void ThinLayer(Exact& c) {
 
 void RotatingDisk(Exact& c) {
   c.e.Electrode = 8;
-  c.e.omega = 100 * kPi / 30;
+  c.e.omega = 100 * std::numbers::pi / 30;
   c.e.Vis = 0.01;
   PotentialStep(c, 20);
 }
@@ -171,7 +171,7 @@ double SquareWaveNetPeak(const Exact& c) {
     for (double half : {-0.025, 0.025}) E.push_back(c.s.XData(i) + half);
   double best = 0;
   for (int i = 1; i <= c.points(); ++i) best = std::max(best, Superposed(E, 2 * i - 1) - Superposed(E, 2 * i));
-  return best * kFC * std::sqrt(1e-5 / (kPi * 0.01));
+  return best * kFC * std::sqrt(1e-5 / (std::numbers::pi * 0.01));
 }
 
 std::vector<Row> PublishedRows() {
@@ -188,8 +188,8 @@ std::vector<Row> PublishedRows() {
        PeakPotential, -kRT / 0.5 * (0.780 + std::log(std::sqrt(1e-5) / 1e-5) + 0.5 * std::log(0.5 * 0.1 / kRT)), 0.0015,
        true},
       {"Cottrell nFAC(D/pi t)^1/2 at 1 ms (Cottrell 1903)", [](Exact& c) { PotentialStep(c, 1e-3); }, Last,
-       kFC * std::sqrt(1e-5 / (kPi * 1e-3)), 0.005},
-      {"Cottrell at 1 s (Cottrell 1903)", [](Exact& c) { PotentialStep(c, 1); }, Last, kFC * std::sqrt(1e-5 / kPi),
+       kFC * std::sqrt(1e-5 / (std::numbers::pi * 1e-3)), 0.005},
+      {"Cottrell at 1 s (Cottrell 1903)", [](Exact& c) { PotentialStep(c, 1); }, Last, kFC * std::sqrt(1e-5 / std::numbers::pi),
        0.005},
       {"thin layer peak n2F2vVC/4RT (Hubbard & Anson 1970)", ThinLayer, PeakCurrent, kFC * 1e-4 * 0.01 / (4 * kRT),
        0.01},
@@ -197,7 +197,7 @@ std::vector<Row> PublishedRows() {
       {"thin layer width at half height 3.53 RT/nF = 90.6 mV (Hubbard & Anson 1970)", ThinLayer, HalfHeightWidth,
        3.5255 * kRT, 0.0005, true},
       {"Levich 0.620 nFAD^2/3 w^1/2 v^-1/6 C, 100 rpm (Levich 1962)", RotatingDisk, Last,
-       0.620 * kFC * std::pow(1e-5, 2.0 / 3) * std::sqrt(100 * kPi / 30) * std::pow(0.01, -1.0 / 6), 0.01},
+       0.620 * kFC * std::pow(1e-5, 2.0 / 3) * std::sqrt(100 * std::numbers::pi / 30) * std::pow(0.01, -1.0 / 6), 0.01},
       {"catalytic plateau nFAC(Dk)^1/2, k 1e4/s (Saveant & Vianello 1965)",
        [](Exact& c) {
          Following(c, "A", 1e4);
@@ -219,7 +219,7 @@ std::vector<Row> PublishedRows() {
          c.e.td = 1;
          c.e.tp = 0.01;
        },
-       PeakCurrent, kFC * std::sqrt(1e-5 / (kPi * 0.01)) * (sigma - 1) / (sigma + 1), 0.015},
+       PeakCurrent, kFC * std::sqrt(1e-5 / (std::numbers::pi * 0.01)) * (sigma - 1) / (sigma + 1), 0.015},
       {"square wave net peak over superposed Cottrell terms (O'Dea, Osteryoung & Osteryoung 1981)",
        [](Exact& c) {
          c.e.Technique = 5;
@@ -239,7 +239,7 @@ std::vector<Row> PublishedRows() {
            "4 pi nFDCr plus the transient (Bard & Faulkner 2001), electrode " +
                std::to_string(electrode) + ", r " + std::to_string(r),
            [=](Exact& c) { CurvedStep(c, electrode, r, 10); }, Last,
-           kFC * 1e-5 * (1 / r + 1 / std::sqrt(kPi * 1e-5 * 10)), 0.005});
+           kFC * 1e-5 * (1 / r + 1 / std::sqrt(std::numbers::pi * 1e-5 * 10)), 0.005});
   // Values of the exact integral for the cylinder (Szabo et al. 1987) at
   // Dt/r2 = 0.01, 1 and 100, evaluated to six digits.
   const double cylinder[][2] = {{0.01, 6.12891}, {1, 0.983771}, {100, 0.345560}};
@@ -275,7 +275,7 @@ double IntegralEquationSeparation(double psi, double reversal) {
     const int half = static_cast<int>(std::lround((0.3 + reversal) / kRT / h)), last = 2 * half;
     std::vector<double> mid(last + 1), chi(last + 1, 0.0), weight(last + 1);
     for (int m = 0; m <= last; ++m) weight[m] = std::sqrt(m + 1.0) - std::sqrt(m);
-    const double w = 2 * std::sqrt(h / kPi), k0 = psi * std::sqrt(kPi);
+    const double w = 2 * std::sqrt(h / std::numbers::pi), k0 = psi * std::sqrt(std::numbers::pi);
     for (int n = 1; n <= last; ++n) {
       const double x = n <= half ? 0.3 / kRT - (n - 0.5) * h : -reversal / kRT + (n - half - 0.5) * h;
       double converted = 0;
@@ -308,7 +308,7 @@ TEST(ExactDigital, PeakSeparationFollowsNicholson) {
     Exact c;
     c.sweep(0.3, -reversal, 0.0005, 0.1);
     c.e.Cycles = 1;
-    c.e.ks(1) = psi * std::sqrt(kPi * 1e-5 * 0.1 / kRT);
+    c.e.ks(1) = psi * std::sqrt(std::numbers::pi * 1e-5 * 0.1 / kRT);
     c.run();
     const double separation = c.peak(-1).E - c.peak(1).E;
     EXPECT_NEAR(separation, IntegralEquationSeparation(psi, reversal), 0.0002) << "psi " << psi;
@@ -319,7 +319,7 @@ TEST(ExactDigital, PeakSeparationFollowsNicholson) {
 // On a sphere of 0.1 um the wave is steady within 0.1 %: with Ru the
 // interface sees E + Ru I, so I = Ilim / (1 + exp(F(E + Ru I)/RT)).
 TEST(ExactDigital, ResistanceShiftsASteadyWaveByItsOwnDrop) {
-  const double r = 1e-5, area = 4 * kPi * r * r, Ilim = kFC * 1e-5 * area / r, Ru = 0.025 / Ilim;
+  const double r = 1e-5, area = 4 * std::numbers::pi * r * r, Ilim = kFC * 1e-5 * area / r, Ru = 0.025 / Ilim;
   Exact c;
   c.e.Technique = 2;
   c.e.Electrode = 2;
