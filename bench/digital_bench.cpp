@@ -30,13 +30,7 @@ BENCHMARK(BM_DifferentialPulse)->Unit(benchmark::kMillisecond);
 
 void BM_SecondOrderMechanism(benchmark::State& state) {
   DigitalBenchRun b(RunDigital);
-  Type(b.mech.chem2[1], "B");  // dimerisation of the reduced form: B + B = C
-  Type(b.mech.chem2[2], "B");
-  Type(b.mech.chem2[3], "C");
-  b.e.kf(1) = 100;
-  b.e.kb(1) = 0.01;
-  b.e.td = 0.05;
-  b.e.Cycles = 1;  // 242 points
+  b.dimerisation();
   b.run(state);
 }
 BENCHMARK(BM_SecondOrderMechanism)->Unit(benchmark::kMillisecond);

@@ -52,6 +52,17 @@ struct DigitalBenchRun {
     e.C(1) = 1e-3;
   }
 
+  // The reduced form dimerises, B + B = C, on a 242-point cycle.
+  void dimerisation() {
+    Type(mech.chem2[1], "B");
+    Type(mech.chem2[2], "B");
+    Type(mech.chem2[3], "C");
+    e.kf(1) = 100;
+    e.kb(1) = 0.01;
+    e.td = 0.05;
+    e.Cycles = 1;
+  }
+
   // What the forms' chain would have committed before a run.
   void prepare() {
     CompileMechanism(mech, e);
