@@ -32,9 +32,11 @@ struct Sweeps {
   Workbench wb{platform.platform()};
 
   // ks 0.01 cm/s, alpha 0.5, E0 0 V, 1 mM; 1 % noise. The fit starts 20 mV,
-  // a factor 1.5, 0.05 and 20 % away.
-  Sweeps() {
-    wb.formMech().control("CheckDigital").setValue(0);
+  // a factor 1.5, 0.05 and 20 % away. By the closed forms, or by the exact
+  // finite differences.
+  explicit Sweeps(bool exactDigital = false) {
+    wb.formMech().control("CheckDigital").setValue(exactDigital ? 1 : 0);
+    wb.formMech().control("CheckAccurate").setValue(exactDigital ? 1 : 0);
     wb.formIns().control("Estep").setText("0.0005");
     wb.formExpr().control("Eze", 1).setText("0");
     wb.formExpr().control("ks", 1).setText("0.01");
@@ -65,8 +67,10 @@ struct Sweeps {
   }
 };
 
+// range(0): probe threads (0: the machine's cores); range(1): 1 for the
+// exact digital engine.
 void BM_GlobalFitFourSweeps(benchmark::State& state) {
-  Sweeps prepared;
+  Sweeps prepared(state.range(1) == 1);
   HeadlessPlatform platform;
   Workbench wb(platform.platform());
   long simulations = 0;
@@ -83,6 +87,7 @@ void BM_GlobalFitFourSweeps(benchmark::State& state) {
   if (!platform.messages.shown.empty()) state.SkipWithError(platform.messages.shown.front().c_str());
   state.counters["simulations"] = static_cast<double>(simulations);
   state.counters["points"] = 4 * static_cast<double>(prepared.wb.fits.curveSet[0].points());
+  state.counters["exact_digital"] = prepared.wb.experiment.Digital && prepared.wb.experiment.Accurate;
 }
 
 // Simulations of one Auto Fit of the slowest sweep without (0) and with (1)
@@ -109,7 +114,7 @@ void BM_AutoFitUncertaintyCost(benchmark::State& state) {
   state.counters["simulations"] = static_cast<double>(simulations);
 }
 
-BENCHMARK(BM_GlobalFitFourSweeps)->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_GlobalFitFourSweeps)->Args({1, 0})->Args({0, 0})->Args({0, 1})->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_AutoFitUncertaintyCost)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace
