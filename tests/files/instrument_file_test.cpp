@@ -124,6 +124,31 @@ TEST(InstrumentFile, ChosenColumnsReplaceTheReadersChoice) {
   EXPECT_EQ(ReadFixture("autolab_cv.txt", {"", "WE(9).Current (A)"}).status, InstrumentStatus::Failed);
 }
 
+// Files without a header block are known by the titles their software gives
+// the columns (EC-Lab: "Ewe", "<I>", "<Ewe>" of pulse tables; NOVA: "WE(1).",
+// "Potential applied").
+TEST(InstrumentFile, TitleRowsNameTheSoftwareThatWroteThem) {
+  const struct {
+    const char* text;
+    const char* format;
+    double secondCurrent;  // A
+  } cases[] = {
+      {"Ewe/V\tI/mA\n0.1\t1\n0.2\t2\n", "BioLogic EC-Lab text", 2e-3},
+      {"E/V\t<I>/mA\n0.1\t1\n0.2\t2\n", "BioLogic EC-Lab text", 2e-3},
+      {"<Ewe>/V\tI/mA\n0.1\t1\n0.2\t2\n", "BioLogic EC-Lab text", 2e-3},
+      {"WE(1).Potential (V);WE(1).Current (A)\n0,1;1E-6\n0,2;2E-6\n", "Metrohm Autolab NOVA", 2e-6},
+      {"Potential applied (V);I (A)\n0,1;1E-6\n0,2;2E-6\n", "Metrohm Autolab NOVA", 2e-6},
+      {"E/mV,I/uA\n100,1\n200,2\n", "delimited text", 2e-6},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    const InstrumentReadResult r = ReadInstrumentText(c.text, {}, "cv.txt");
+    ASSERT_EQ(r.status, InstrumentStatus::Read) << r.error;
+    EXPECT_EQ(r.record.format, c.format);
+    EXPECT_CLOSE(r.record.scans[0].I.back(), c.secondCurrent, 1e-12);
+  }
+}
+
 struct Unreadable {
   std::string bytes;
   const char* name;
@@ -176,6 +201,8 @@ TEST(InstrumentText, NumbersUnitsAndEncodingsAsInstrumentsWriteThem) {
   EXPECT_EQ(DecodeText("I/\xB5" "A\rcm\xB2").lines, (std::vector<std::string>{"I/\xC2\xB5" "A", "cm\xC2\xB2"}));
   EXPECT_EQ(DecodeText(std::string("E\0,\0I\0", 6)).lines, (std::vector<std::string>{"E,I"}));
   EXPECT_TRUE(DecodeText(std::string("E\0\x01I", 4)).binary);
+  // A three-byte UTF-8 sign from its first lead byte on keeps the file UTF-8.
+  EXPECT_EQ(DecodeText("I/A \xE0\xA4\x85").encoding, "UTF-8");
 }
 
 }  // namespace
